@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# Builds the program, runs it on the example basin in a fresh folder and shows what it wrote.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+variant=rausel
+program=$PWD/build/release/bin/KV_Akum
+
+scripts/install-tools.sh g++ cmake ninja-build
+cmake --preset release -DKV_TESTS=OFF
+cmake --build --preset release
+
+to_utf8() { iconv -f WINDOWS-1252 -t UTF-8 "$@"; }
+
+# Framed records to lines: byte 1 starts a record, 2 separates key and value, 3 ends it.
+readable_records() {
+  tr -d '\001\r' | sed -e 's/\x02/ = /g' -e 's/\x03/\n/g' | to_utf8
+}
+
+folder=$(mktemp -d "${TMPDIR:-/tmp}/kv_akum.XXXXXX")
+cp "examples/$variant".* "$folder"
+cd "$folder"
+
+printf '\n== KV_Akum %s\n' "$variant"
+"$program" "$variant" | readable_records
+
+printf '\n== %s.Akum\n' "$variant"
+to_utf8 "$variant.Akum"
+
+printf '\n== %s.pkl\n' "$variant"
+if [ -f "$variant.pkl" ]; then
+  to_utf8 "$variant.pkl"
+else
+  echo "No protocol: the run had nothing to report."
+fi
+
+printf '\n== Files in %s\n' "$folder"
+ls -l
