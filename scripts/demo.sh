@@ -4,11 +4,13 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 variant=rausel
-program=$PWD/build/release/bin/KV_Akum
+# A folder of its own: a build without tests must not change the settings of build/release.
+build=$PWD/build/demo
+program=$build/bin/KV_Akum
 
 scripts/install-tools.sh g++ cmake ninja-build
-cmake --preset release -DKV_TESTS=OFF
-cmake --build --preset release
+cmake --preset release -B "$build" -DKV_TESTS=OFF
+cmake --build "$build"
 
 to_utf8() { iconv -f WINDOWS-1252 -t UTF-8 "$@"; }
 
