@@ -16,7 +16,7 @@ to_utf8() { iconv -f WINDOWS-1252 -t UTF-8 "$@"; }
 
 # Framed records to lines: byte 1 starts a record, 2 separates key and value, 3 ends it.
 readable_records() {
-  tr -d '\001\r' | sed -e 's/\x02/ = /g' -e 's/\x03/\n/g' | to_utf8
+  to_utf8 | tr -d '\001\r' | sed -e 's/\x02/ = /g' -e 's/\x03/\n/g'
 }
 
 folder=$(mktemp -d "${TMPDIR:-/tmp}/kv_akum.XXXXXX")
