@@ -1,0 +1,91 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+namespace runtime {
+
+/// Memory for `bytes` zeroed bytes, released with `std::free`; null when there is none.
+void* allocate_zeroed(std::size_t bytes);
+
+/// Makes every later request above `bytes` fail, as a machine short of memory would. For tests.
+void limit_allocations(std::size_t bytes);
+/// Takes the limit of `limit_allocations` back.
+void unlimit_allocations();
+
+/// A few values of one element, at the places 1 .. K (the inflows or outflows of a system element).
+template <class T, std::int32_t K>
+struct Slots {
+  std::array<T, static_cast<std::size_t>(K)> values{};
+
+  constexpr T& at(std::int32_t k) { return values[static_cast<std::size_t>(k) - 1]; }
+  constexpr const T& at(std::int32_t k) const { return values[static_cast<std::size_t>(k) - 1]; }
+};
+
+/// A table of plain values with the positions 1 .. size, allocated once from the counts of the input.
+/// Positions are checked in the builds that define KV_CHECKED: a wrong one ends the program there.
+template <class T>
+class OneBased {
+ public:
+  static_assert(std::is_trivially_copyable_v<T>);
+
+  /// Makes `count` entries that hold `initial`. Frees the old ones first. False, with an empty table,
+  /// when the memory is not there.
+  bool allocate(std::int32_t count, const T& initial = T{}) {
+    release();
+    const auto entries = static_cast<std::size_t>(count < 0 ? 0 : count);
+    if (entries > std::numeric_limits<std::size_t>::max() / sizeof(T)) return false;
+    data_.reset(static_cast<T*>(allocate_zeroed(entries * sizeof(T))));
+    if (!data_) return false;
+    // Fresh memory is zero already: only other initial values are written, which spares a pass.
+    if (!is_zero(initial)) std::uninitialized_fill_n(data_.get(), entries, initial);
+    size_ = static_cast<std::int32_t>(entries);
+    return true;
+  }
+
+  void release() {
+    data_.reset();
+    size_ = 0;
+  }
+
+  /// The number of entries; 0 while nothing is allocated.
+  [[nodiscard]] std::int32_t size() const { return size_; }
+  [[nodiscard]] bool holds(std::int32_t position) const { return position >= 1 && position <= size_; }
+
+  T& at(std::int32_t position) { return data_[checked(position)]; }
+  const T& at(std::int32_t position) const { return data_[checked(position)]; }
+
+  /// The entry, or a zero value where the table has none: a table that was never allocated reads as zeros.
+  [[nodiscard]] T at_or_zero(std::int32_t position) const { return holds(position) ? at(position) : T{}; }
+
+ private:
+  struct Release {
+    void operator()(T* data) const { std::free(data); }
+  };
+
+  static bool is_zero(const T& value) {
+    if constexpr (std::is_arithmetic_v<T>) {
+      return value == T{};
+    } else {
+      return false;
+    }
+  }
+
+  [[nodiscard]] std::size_t checked(std::int32_t position) const {
+#ifdef KV_CHECKED
+    if (!holds(position)) std::abort();
+#endif
+    return static_cast<std::size_t>(position) - 1;
+  }
+
+  std::unique_ptr<T[], Release> data_;
+  std::int32_t size_ = 0;
+};
+
+}  // namespace runtime

@@ -1,0 +1,13 @@
+#include "command.h"
+
+#include <string>
+
+#include "host.h"
+
+namespace runtime {
+
+void execute_command(std::string_view command_line) {
+  host().run_command(std::string(command_line));
+}
+
+}  // namespace runtime

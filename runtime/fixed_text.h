@@ -1,0 +1,76 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace runtime {
+
+/// The text without its trailing blanks. Only the blank counts: tabs and NULs are characters.
+constexpr std::string_view trimmed(std::string_view text) {
+  std::size_t length = text.size();
+  while (length > 0 && text[length - 1] == ' ') --length;
+  return text.substr(0, length);
+}
+
+/// The length of a text without its trailing blanks.
+constexpr std::size_t trimmed_length(std::string_view text) {
+  return trimmed(text).size();
+}
+
+/// True when every character is a blank; so is the empty text.
+constexpr bool is_blank(std::string_view text) {
+  return trimmed(text).empty();
+}
+
+/// Equality of two texts of any length: the shorter one counts as padded with blanks.
+constexpr bool equal_padded(std::string_view left, std::string_view right) {
+  return trimmed(left) == trimmed(right);
+}
+
+/// Copies `source` into `target`: cut at the target's length, or padded with blanks up to it.
+constexpr void assign_padded(char* target, std::size_t length, std::string_view source) {
+  const std::size_t copied = std::min(length, source.size());
+  std::copy_n(source.data(), copied, target);
+  std::fill(target + copied, target + length, ' ');
+}
+
+/// A text of exactly `N` single-byte characters, padded with blanks on the right.
+/// It is blank at the beginning; assignment cuts or pads; comparison pads the shorter side.
+template <std::size_t N>
+struct FixedText {
+  std::array<char, N> bytes;
+
+  constexpr FixedText() { bytes.fill(' '); }
+  constexpr FixedText(std::string_view text) : bytes() { assign_padded(bytes.data(), N, text); }
+
+  constexpr FixedText& operator=(std::string_view text) {
+    assign_padded(bytes.data(), N, text);
+    return *this;
+  }
+
+  /// All N characters.
+  [[nodiscard]] constexpr std::string_view view() const { return {bytes.data(), N}; }
+  /// The characters without the trailing blanks; a view into this text.
+  [[nodiscard]] constexpr std::string_view trimmed() const { return runtime::trimmed(view()); }
+  [[nodiscard]] constexpr bool blank() const { return is_blank(view()); }
+  [[nodiscard]] constexpr char first() const { return bytes[0]; }
+
+  friend constexpr bool operator==(const FixedText& left, const FixedText& right) {
+    return left.bytes == right.bytes;
+  }
+  friend constexpr bool operator==(const FixedText& left, std::string_view right) {
+    return equal_padded(left.view(), right);
+  }
+};
+
+/// Columns `First` to `Last` (1-based, inclusive) of a record; columns past its end are blanks.
+template <std::size_t First, std::size_t Last>
+constexpr FixedText<Last - First + 1> columns(std::string_view record) {
+  static_assert(First >= 1 && First <= Last);
+  if (record.size() < First) return {};
+  return FixedText<Last - First + 1>(record.substr(First - 1, Last - First + 1));
+}
+
+}  // namespace runtime

@@ -1,0 +1,57 @@
+#include "stop.h"
+
+#include <cstdlib>
+#include <string>
+
+#include "host.h"
+#include "units.h"
+
+namespace runtime {
+namespace {
+
+void write_standard_error(std::string line) {
+  line += host().line_end();
+  std::size_t written = 0;
+  std::error_code reason;
+  while (written < line.size()) {
+    const std::ptrdiff_t put =
+        host().write(standard_error_handle, line.data() + written, line.size() - written, reason);
+    if (put <= 0) return;
+    written += static_cast<std::size_t>(put);
+  }
+}
+
+}  // namespace
+
+void stop() {
+  close_all();
+  std::exit(EXIT_SUCCESS);
+}
+
+void stop(std::string_view text) {
+  write_standard_error("STOP " + std::string(text));
+  stop();
+}
+
+void report_io_error(std::string_view operation, std::string_view path, const std::error_code& reason) {
+  std::string line = "E/A-Fehler beim ";
+  line.append(operation).append(" von \"").append(path).append("\": ").append(reason.message());
+  write_standard_error(line);
+}
+
+void stop_on_io_error(std::string_view operation, std::string_view path, const std::error_code& reason) {
+  report_io_error(operation, path, reason);
+  stop();
+}
+
+void stop_on_allocation(std::string_view source_file, int line, std::size_t bytes) {
+  const std::size_t folder = source_file.find_last_of("/\\");
+  if (folder != std::string_view::npos) source_file.remove_prefix(folder + 1);
+  std::string text = "In file '";
+  text.append(source_file).append("', around line ").append(std::to_string(line));
+  text.append(": Error allocating ").append(std::to_string(bytes)).append(" bytes");
+  write_standard_error(text);
+  stop();
+}
+
+}  // namespace runtime

@@ -1,0 +1,535 @@
+#include "units.h"
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <new>
+#include <system_error>
+#include <utility>
+
+#include "edit_input.h"
+#include "fixed_text.h"
+#include "host.h"
+#include "paths.h"
+#include "stop.h"
+
+namespace runtime {
+namespace {
+
+using namespace literals;
+
+constexpr std::size_t output_buffer = std::size_t{1} << 18U;
+
+// The next place of a line-end character, kept until the reading has passed it: a file that never uses
+// that character is searched for it once and not once a line.
+struct NextCharacter {
+  std::size_t searched_from = 1;
+  std::size_t place = 0;  // the end of the data when there is none
+
+  std::size_t find(const char* data, std::size_t size, std::size_t from, char wanted) {
+    if (from < searched_from || from > place) {
+      searched_from = from;
+      const void* hit = from < size ? std::memchr(data + from, wanted, size - from) : nullptr;
+      place = hit == nullptr ? size : static_cast<std::size_t>(static_cast<const char*>(hit) - data);
+    }
+    return place;
+  }
+};
+
+struct Connection {
+  std::string path;
+  int handle = -1;
+  bool console = false;
+  FileFacts facts;
+  std::error_code write_refused;
+
+  // The whole file, from the first read on.
+  std::unique_ptr<char[]> data;
+  std::size_t size = 0;
+  std::size_t next_record = 0;
+  bool loaded = false;
+  bool past_end = false;
+  NextCharacter line_feed;
+  NextCharacter carriage_return;
+
+  bool writing = false;
+  bool inside_record = false;
+  std::string pending;
+};
+
+using Connections = std::map<int, Connection>;
+
+Connections standard_units() {
+  Connections units;
+  Connection& input = units[5];
+  input.console = true;
+  input.handle = 0;
+  Connection& output = units[standard_output_unit];
+  output.console = true;
+  output.handle = standard_output_handle;
+  output.writing = true;
+  return units;
+}
+
+Connections& connections() {
+  static Connections units = standard_units();
+  return units;
+}
+
+std::error_code reason_of(std::errc reason) {
+  return std::make_error_code(reason);
+}
+
+Connection& connected(int unit, std::string_view operation) {
+  Connections& units = connections();
+  const auto found = units.find(unit);
+  if (found == units.end()) {
+    stop_on_io_error(operation, "Einheit " + std::to_string(unit), reason_of(std::errc::bad_file_descriptor));
+  }
+  return found->second;
+}
+
+// Opening.
+
+int open_old(Connection& connection, std::string_view text, std::error_code& reason) {
+  connection.path = path_of_existing(text);
+  switch (host().kind_of(connection.path)) {
+    case FileKind::none:
+      reason = reason_of(std::errc::no_such_file_or_directory);
+      return -1;
+    case FileKind::folder:
+      reason = reason_of(std::errc::is_a_directory);
+      return -1;
+    case FileKind::other:
+      reason = reason_of(std::errc::invalid_argument);
+      return -1;
+    case FileKind::file:
+      break;
+  }
+  return host().open(connection.path, Access::update, reason);
+}
+
+int open_fresh(Connection& connection, std::string_view text, std::error_code& reason) {
+  connection.path = path_for_output(text);
+  if (host().kind_of(connection.path) != FileKind::none) {
+    reason = reason_of(std::errc::file_exists);
+    return -1;
+  }
+  return host().open(connection.path, Access::create, reason);
+}
+
+int open_unknown(Connection& connection, std::string_view text, std::error_code& reason) {
+  connection.path = path_for_output(text);
+  return host().open(connection.path, Access::create, reason);
+}
+
+int open_by_status(Connection& connection, std::string_view text, OpenStatus status,
+                   std::error_code& reason) {
+  switch (status) {
+    case OpenStatus::old:
+      return open_old(connection, text, reason);
+    case OpenStatus::fresh:
+      return open_fresh(connection, text, reason);
+    case OpenStatus::unknown:
+      break;
+  }
+  return open_unknown(connection, text, reason);
+}
+
+// A file that may only be read is connected all the same; the refusal is told by the first write.
+void open_for_reading(Connection& connection, std::error_code& reason) {
+  if (host().kind_of(connection.path) != FileKind::file) return;
+  const std::error_code refused = reason;
+  connection.handle = host().open(connection.path, Access::read, reason);
+  connection.write_refused = refused;
+}
+
+bool same_file(const FileFacts& left, const FileFacts& right) {
+  return left.kind == FileKind::file && right.kind == FileKind::file && left.volume == right.volume &&
+         left.number == right.number;
+}
+
+bool held_by_a_unit(const FileFacts& facts) {
+  return std::ranges::any_of(connections(),
+                             [&](const auto& entry) { return same_file(entry.second.facts, facts); });
+}
+
+bool connect(Connection& connection, std::string_view text, OpenStatus status, std::error_code& reason) {
+  connection.handle = open_by_status(connection, text, status, reason);
+  if (connection.handle < 0 && status != OpenStatus::fresh) open_for_reading(connection, reason);
+  if (connection.handle < 0) return false;
+  const bool known = host().facts(connection.handle, connection.facts, reason);
+  if (known && !held_by_a_unit(connection.facts)) return true;
+  if (known) reason = reason_of(std::errc::device_or_resource_busy);
+  std::error_code ignored;
+  host().close(connection.handle, ignored);
+  return false;
+}
+
+bool connect_unit(int unit, std::string_view text, OpenStatus status, std::error_code& reason) {
+  if (is_connected(unit)) {
+    reason = reason_of(std::errc::device_or_resource_busy);
+    return false;
+  }
+  Connection connection;
+  if (!connect(connection, text, status, reason)) return false;
+  connections().emplace(unit, std::move(connection));
+  return true;
+}
+
+// Reading.
+
+bool grow(Connection& connection, std::size_t& capacity) {
+  const std::size_t larger = capacity * 2;
+  std::unique_ptr<char[]> data(new (std::nothrow) char[larger]);
+  if (!data) return false;
+  std::memcpy(data.get(), connection.data.get(), connection.size);
+  connection.data = std::move(data);
+  capacity = larger;
+  return true;
+}
+
+bool read_whole(Connection& connection, std::error_code& reason) {
+  // One byte more than the file holds, so that its end is met without growing.
+  std::size_t capacity = static_cast<std::size_t>(connection.facts.size) + 1;
+  connection.data.reset(new (std::nothrow) char[capacity]);
+  connection.size = 0;
+  reason = reason_of(std::errc::not_enough_memory);
+  if (!connection.data) return false;
+  while (true) {
+    if (connection.size == capacity && !grow(connection, capacity)) return false;
+    const std::ptrdiff_t got = host().read(connection.handle, connection.data.get() + connection.size,
+                                           capacity - connection.size, reason);
+    if (got < 0) return false;
+    if (got == 0) return true;
+    connection.size += static_cast<std::size_t>(got);
+  }
+}
+
+void load(Connection& connection) {
+  if (connection.loaded) return;
+  std::error_code reason;
+  const bool at_start = connection.facts.kind != FileKind::file || host().seek(connection.handle, 0, reason);
+  if (!at_start || !host().facts(connection.handle, connection.facts, reason) ||
+      !read_whole(connection, reason)) {
+    stop_on_io_error("Lesen", connection.path, reason);
+  }
+  connection.line_feed = {};
+  connection.carriage_return = {};
+  connection.loaded = true;
+}
+
+// The record at `next_record`; moves behind its line end.
+std::string_view cut_record(Connection& connection) {
+  const char* data = connection.data.get();
+  const std::size_t begin = connection.next_record;
+  const std::size_t feed = connection.line_feed.find(data, connection.size, begin, '\n');
+  const std::size_t carriage = connection.carriage_return.find(data, connection.size, begin, '\r');
+  const std::size_t end = std::min(feed, carriage);
+  std::size_t next = std::min(end + 1, connection.size);
+  if (carriage < feed && feed == carriage + 1) next = feed == connection.size ? feed : feed + 1;
+  connection.next_record = next;
+  return {data + begin, end - begin};
+}
+
+std::size_t start_of_previous_record(const char* data, std::size_t place) {
+  if (place == 0) return 0;
+  std::size_t end = place;
+  if (data[end - 1] == '\n') {
+    --end;
+    if (end > 0 && data[end - 1] == '\r') --end;
+  } else if (data[end - 1] == '\r') {
+    --end;
+  }
+  while (end > 0 && data[end - 1] != '\n' && data[end - 1] != '\r') --end;
+  return end;
+}
+
+// Writing.
+
+bool hand_over(Connection& connection, std::error_code& reason) {
+  std::size_t written = 0;
+  while (written < connection.pending.size()) {
+    const std::ptrdiff_t put = host().write(connection.handle, connection.pending.data() + written,
+                                            connection.pending.size() - written, reason);
+    if (put <= 0) {
+      // What could not be written is told once and not tried again on the way out.
+      connection.pending.clear();
+      return false;
+    }
+    written += static_cast<std::size_t>(put);
+  }
+  connection.pending.clear();
+  return true;
+}
+
+void hand_over_or_stop(Connection& connection) {
+  std::error_code reason;
+  if (!hand_over(connection, reason) && !connection.console) {
+    stop_on_io_error("Schreiben", connection.path, reason);
+  }
+}
+
+void end_open_record(Connection& connection) {
+  if (connection.inside_record && !connection.console) connection.pending += host().line_end();
+  connection.inside_record = false;
+}
+
+bool ends_with_line_end(const Connection& connection) {
+  const char last = connection.data[connection.next_record - 1];
+  return last == '\n' || last == '\r';
+}
+
+// What follows the current record in the file is gone with the first write.
+void begin_writing(Connection& connection) {
+  if (connection.writing) return;
+  std::error_code reason = connection.write_refused;
+  bool ready = !reason;
+  if (ready && connection.facts.kind == FileKind::file) {
+    const std::size_t kept = connection.next_record;
+    const bool longer = connection.facts.size > kept;
+    ready = (!longer || host().truncate(connection.handle, kept, reason)) &&
+            host().seek(connection.handle, kept, reason);
+    if (kept > 0 && !ends_with_line_end(connection)) connection.pending += host().line_end();
+  }
+  if (!ready) stop_on_io_error("Schreiben", connection.path, reason);
+  connection.data.reset();
+  connection.loaded = false;
+  connection.writing = true;
+}
+
+void end_writing(Connection& connection) {
+  if (!connection.writing) return;
+  end_open_record(connection);
+  hand_over_or_stop(connection);
+  connection.writing = false;
+}
+
+Connection& writable(int unit) {
+  Connection& connection = connected(unit, "Schreiben");
+  begin_writing(connection);
+  return connection;
+}
+
+void hand_over_when_full(Connection& connection) {
+  if (connection.pending.size() >= output_buffer) hand_over_or_stop(connection);
+}
+
+bool complete(Connection& connection, std::error_code& reason) {
+  end_open_record(connection);
+  const bool handed_over = hand_over(connection, reason);
+  std::error_code close_reason;
+  const bool closed = host().close(connection.handle, close_reason);
+  if (handed_over && !closed) reason = close_reason;
+  return handed_over && closed;
+}
+
+std::string_view field_of(std::string_view record, std::size_t column, std::size_t width) {
+  return column < record.size() ? record.substr(column, width) : std::string_view();
+}
+
+// A field wider than the variable gives its last characters, as a formatted read does.
+void store_text(std::span<char> target, std::string_view field, std::size_t width) {
+  std::string padded(std::max(width, target.size()), ' ');
+  std::copy(field.begin(), field.end(), padded.begin());
+  const std::size_t skipped = width > target.size() ? width - target.size() : 0;
+  std::copy_n(padded.begin() + static_cast<std::ptrdiff_t>(skipped), target.size(), target.begin());
+}
+
+template <class Edited, class Variable>
+bool store_number(const Edited& edited, Variable& variable) {
+  if (edited.state != NumberState::good) return false;
+  variable = edited.value;
+  return true;
+}
+
+bool store_field(const FormatItem& item, std::string_view field, const Target& target) {
+  switch (target.kind()) {
+    case Target::Kind::single:
+      return item.edit == Edit::fixed && store_number(edit_single(field, item.decimals), target.single());
+    case Target::Kind::real:
+      return item.edit == Edit::fixed && store_number(edit_double(field, item.decimals), target.real());
+    case Target::Kind::integer:
+      return item.edit == Edit::integer && store_number(edit_integer(field), target.integer());
+    case Target::Kind::text:
+      break;
+  }
+  if (item.edit != Edit::text) return false;
+  store_text(target.text(), field, item.width == 0 ? target.text().size() : item.width);
+  return true;
+}
+
+}  // namespace
+
+void open(int unit, std::string_view path, OpenStatus status) {
+  std::error_code reason;
+  if (!connect_unit(unit, path, status, reason)) {
+    const std::string shown = status == OpenStatus::old ? path_of_existing(path) : path_for_output(path);
+    stop_on_io_error("Öffnen"_w1252, shown, reason);
+  }
+}
+
+bool try_open(int unit, std::string_view path, OpenStatus status) {
+  std::error_code reason;
+  return connect_unit(unit, path, status, reason);
+}
+
+void close(int unit, CloseStatus status) {
+  Connections& units = connections();
+  const auto found = units.find(unit);
+  if (found == units.end() || found->second.console) return;
+  Connection connection = std::move(found->second);
+  units.erase(found);
+  std::error_code reason;
+  if (status == CloseStatus::remove) {
+    host().close(connection.handle, reason);
+    host().remove(connection.path, reason);
+  } else if (!complete(connection, reason)) {
+    stop_on_io_error("Schließen"_w1252, connection.path, reason);
+  }
+}
+
+void close_all() {
+  Connections& units = connections();
+  for (auto& [unit, connection] : units) {
+    std::error_code reason;
+    if (connection.console) {
+      hand_over(connection, reason);
+    } else if (!complete(connection, reason)) {
+      report_io_error("Schreiben", connection.path, reason);
+    }
+  }
+  std::erase_if(units, [](const auto& entry) { return !entry.second.console; });
+}
+
+bool is_connected(int unit) {
+  return connections().contains(unit);
+}
+
+std::optional<std::string> connected_path(int unit) {
+  const auto found = connections().find(unit);
+  if (found == connections().end()) return std::nullopt;
+  return found->second.path;
+}
+
+std::optional<int> unit_of(std::string_view path) {
+  std::error_code reason;
+  const int handle = host().open(path_of_existing(path), Access::read, reason);
+  if (handle < 0) return std::nullopt;
+  FileFacts facts;
+  const bool known = host().facts(handle, facts, reason);
+  host().close(handle, reason);
+  if (!known) return std::nullopt;
+  for (const auto& [unit, connection] : connections()) {
+    if (same_file(connection.facts, facts)) return unit;
+  }
+  return std::nullopt;
+}
+
+bool file_exists(std::string_view path) {
+  return host().kind_of(path_of_existing(path)) != FileKind::none;
+}
+
+bool is_regular_file(std::string_view path) {
+  return host().kind_of(path_of_existing(path)) == FileKind::file;
+}
+
+ReadStatus read_line(int unit, std::size_t width, std::string_view& record) {
+  Connection& connection = connected(unit, "Lesen");
+  if (connection.writing) return ReadStatus::end_of_file;
+  load(connection);
+  if (connection.next_record >= connection.size) {
+    connection.past_end = true;
+    return ReadStatus::end_of_file;
+  }
+  record = cut_record(connection).substr(0, width);
+  return ReadStatus::good;
+}
+
+ReadStatus read_fields(std::string_view record, const Format& format, std::initializer_list<Target> targets) {
+  std::size_t column = 0;
+  const Target* target = targets.begin();
+  for (const FormatItem& item : format.items) {
+    if (item.edit == Edit::skip) column += item.width;
+    if (item.edit == Edit::tab) column = item.width - std::size_t{1};
+    if (!item.takes_value()) continue;
+    if (target == targets.end()) break;
+    const bool whole_text = item.edit == Edit::text && item.width == 0;
+    const std::size_t width =
+        whole_text && target->kind() == Target::Kind::text ? target->text().size() : item.width;
+    if (!store_field(item, field_of(record, column, width), *target)) return ReadStatus::bad_value;
+    column += width;
+    ++target;
+  }
+  return ReadStatus::good;
+}
+
+ReadStatus read(int unit, const Format& format, std::initializer_list<Target> targets) {
+  std::string_view record;
+  const ReadStatus status = read_line(unit, std::string_view::npos, record);
+  return status == ReadStatus::good ? read_fields(record, format, targets) : status;
+}
+
+void rewind(int unit) {
+  Connection& connection = connected(unit, "Zurückspulen"_w1252);
+  end_writing(connection);
+  connection.next_record = 0;
+  connection.past_end = false;
+}
+
+void backspace(int unit) {
+  Connection& connection = connected(unit, "Zurücksetzen"_w1252);
+  const bool at_end = connection.writing;
+  end_writing(connection);
+  load(connection);
+  if (at_end) connection.next_record = connection.size;
+  if (!connection.past_end) {
+    connection.next_record = start_of_previous_record(connection.data.get(), connection.next_record);
+  }
+  connection.past_end = false;
+}
+
+RecordPosition position(int unit) {
+  return {connected(unit, "Lesen").next_record};
+}
+
+void set_position(int unit, RecordPosition position) {
+  Connection& connection = connected(unit, "Lesen");
+  load(connection);
+  connection.next_record = std::min(position.byte, connection.size);
+  connection.past_end = false;
+}
+
+void write(int unit, const Format& format, std::span<const Value> values) {
+  Connection& connection = writable(unit);
+  append_formatted(connection.pending, format, values, host().line_end());
+  connection.pending += host().line_end();
+  connection.inside_record = false;
+  hand_over_when_full(connection);
+}
+
+void write(int unit, const Format& format, std::initializer_list<Value> values) {
+  write(unit, format, std::span<const Value>(values.begin(), values.size()));
+}
+
+void write_line(int unit, std::string_view text) {
+  Connection& connection = writable(unit);
+  connection.pending += text;
+  connection.pending += host().line_end();
+  connection.inside_record = false;
+  hand_over_when_full(connection);
+}
+
+void write_text(int unit, std::string_view text) {
+  Connection& connection = writable(unit);
+  connection.pending += text;
+  connection.inside_record = true;
+  hand_over_when_full(connection);
+}
+
+void flush(int unit) {
+  hand_over_or_stop(connected(unit, "Schreiben"));
+}
+
+}  // namespace runtime

@@ -1,0 +1,122 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "edit_output.h"
+#include "format.h"
+
+// Numbered I/O units with records, in the manner of the suite's language (ISO/IEC 1539-1, "Input/output
+// statements"). A unit is a number with a connected file. Units 5 and 6 are standard input and output.
+//
+// A record ends at LF, CR LF or a lone CR, none of them part of it; a last line without an end is a record;
+// an empty file has none. On output a line end is the host's own.
+//
+// An I/O error that the caller does not ask for ends the program: one line on standard error names the
+// operation, the path and the system's reason, the files are completed as far as possible, exit status 0.
+
+namespace runtime {
+
+inline constexpr int standard_output_unit = 6;
+
+enum class OpenStatus : std::uint8_t {
+  old,      ///< the file must exist and be a file
+  unknown,  ///< what exists is kept until the first write cuts it at the current record; else created
+  fresh     ///< must not exist; created
+};
+enum class CloseStatus : std::uint8_t { keep, remove };
+
+enum class ReadStatus : std::uint8_t {
+  good,
+  end_of_file,  ///< the receiving variables are as they were
+  bad_value     ///< the values before the bad one are stored, the others are as they were
+};
+
+/// Connects the file to the unit, which must be free. A file that another unit holds already is an I/O error.
+void open(int unit, std::string_view path, OpenStatus status);
+/// The same for a caller that asks for the status: false, with nothing connected, when it fails.
+bool try_open(int unit, std::string_view path, OpenStatus status);
+
+/// Completes the file and frees the unit. A unit that is not connected is left alone.
+void close(int unit, CloseStatus status = CloseStatus::keep);
+/// Completes and frees every unit but the standard ones, in their order. A file that cannot be completed is
+/// told on standard error; the others are completed all the same.
+void close_all();
+
+bool is_connected(int unit);
+/// The host's path of the connected file; none for a free unit, empty for the standard units.
+std::optional<std::string> connected_path(int unit);
+/// The unit to which the file is connected.
+std::optional<int> unit_of(std::string_view path);
+
+/// Whether something stands under that path (nothing is opened).
+bool file_exists(std::string_view path);
+/// Whether a regular file stands there: not a folder, not a device.
+bool is_regular_file(std::string_view path);
+
+/// Reads the next record with "(a)" into a text of `width` characters: `record` becomes the record without
+/// its line end, cut at `width`; it is not padded, columns past its end count as blanks. At the end of the
+/// file `record` stays as it was. The view stays valid until the unit is closed or written to.
+ReadStatus read_line(int unit, std::size_t width, std::string_view& record);
+
+/// Where one value of a formatted read goes.
+class Target {
+ public:
+  Target(float& single) : kind_(Kind::single), place_(&single) {}
+  Target(double& real) : kind_(Kind::real), place_(&real) {}
+  Target(std::int32_t& integer) : kind_(Kind::integer), place_(&integer) {}
+  Target(std::span<char> text) : kind_(Kind::text), place_(text.data()), length_(text.size()) {}
+
+  enum class Kind : std::uint8_t { single, real, integer, text };
+  [[nodiscard]] Kind kind() const { return kind_; }
+  [[nodiscard]] float& single() const { return *static_cast<float*>(place_); }
+  [[nodiscard]] double& real() const { return *static_cast<double*>(place_); }
+  [[nodiscard]] std::int32_t& integer() const { return *static_cast<std::int32_t*>(place_); }
+  [[nodiscard]] std::span<char> text() const { return {static_cast<char*>(place_), length_}; }
+
+ private:
+  Kind kind_;
+  void* place_;
+  std::size_t length_ = 0;
+};
+
+/// Edits one record's text with a format of skips, tabs and fields; columns past its end are blanks. A
+/// number beyond the range of its variable is a bad value, as is a field of the wrong kind.
+ReadStatus read_fields(std::string_view record, const Format& format, std::initializer_list<Target> targets);
+/// Reads the next record with a format.
+ReadStatus read(int unit, const Format& format, std::initializer_list<Target> targets);
+
+/// Goes back before the first record.
+void rewind(int unit);
+/// Goes back before the record that was read last; after a read that met the end of the file, before that
+/// end.
+void backspace(int unit);
+
+/// A place between two records of a unit's file: the byte at which the next record begins (0-based).
+struct RecordPosition {
+  std::size_t byte = 0;
+  friend auto operator<=>(const RecordPosition&, const RecordPosition&) = default;
+};
+/// Where the next record begins.
+RecordPosition position(int unit);
+/// Goes to a place that `position` gave for the same file.
+void set_position(int unit, RecordPosition position);
+
+/// Writes the values in the given format as one or more records after the current one; what followed it in
+/// the file is gone.
+void write(int unit, const Format& format, std::initializer_list<Value> values);
+void write(int unit, const Format& format, std::span<const Value> values);
+/// Writes one record, format "(a)".
+void write_line(int unit, std::string_view text);
+/// Writes the text without ending the record.
+void write_text(int unit, std::string_view text);
+/// Hands everything written so far to the host. On standard output faults are passed over: a front-end that
+/// goes away does not end the run.
+void flush(int unit);
+
+}  // namespace runtime
