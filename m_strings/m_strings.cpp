@@ -1,0 +1,166 @@
+#include "m_strings.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "arithmetic.h"
+#include "cp1252.h"
+#include "edit_input.h"
+#include "fixed_text.h"
+#include "units.h"
+
+namespace m_strings {
+namespace {
+
+using namespace runtime::literals;
+
+constexpr std::string_view lower_case = "abcdefghijklmnopqrstuvwxyzäöü"_w1252;
+constexpr std::string_view upper_case = "ABCDEFGHIJKLMNOPQRSTUVWXYZÄÖÜ"_w1252;
+// Ä, Ö, Ü, ä, ö, Ø and ß in the DOS code page.
+constexpr std::string_view oem_umlauts = "\x8E\x99\x9A\x84\x94\x9D\xE1";
+constexpr std::size_t oem_line_width = 2000;
+
+constexpr bool is_digit(char character) {
+  return character >= '0' && character <= '9';
+}
+
+float digit_value(char digit) {
+  return static_cast<float>(digit - '0');
+}
+
+bool replace_commas(std::span<char> text) {
+  const bool any = std::ranges::find(text, ',') != text.end();
+  std::ranges::replace(text, ',', '.');
+  return any;
+}
+
+std::string_view view_of(std::span<const char> text) {
+  return {text.data(), text.size()};
+}
+
+constexpr std::size_t exponent_columns = 5;
+
+std::int32_t exponent_of(std::span<char> text) {
+  if (view_of(text).find_first_of("Ee") == std::string_view::npos) return 0;
+  ToUpper(text);
+  const std::string_view trimmed = runtime::trimmed(view_of(text));
+  const std::string_view behind = trimmed.substr(trimmed.find('E') + 1);
+  const runtime::IntegerEdit exponent = runtime::edit_integer(behind.substr(0, exponent_columns));
+  return exponent.state == runtime::NumberState::good ? exponent.value : 0;
+}
+
+struct Mantissa {
+  std::string_view whole;
+  std::string_view fraction;
+  float sign = 1.0F;
+};
+
+std::string_view leading_digits(std::string_view text) {
+  const auto end = std::ranges::find_if_not(text, is_digit);
+  return text.substr(0, static_cast<std::size_t>(end - text.begin()));
+}
+
+Mantissa mantissa_at(std::string_view text, std::size_t first_digit) {
+  const char before = first_digit > 0 ? text[first_digit - 1] : ' ';
+  std::string_view rest = text.substr(first_digit);
+  if (before == '.') return {{}, leading_digits(rest), 1.0F};
+  Mantissa mantissa{leading_digits(rest), {}, before == '-' ? -1.0F : 1.0F};
+  rest.remove_prefix(mantissa.whole.size());
+  if (!rest.empty() && rest.front() == '.') mantissa.fraction = leading_digits(rest.substr(1));
+  return mantissa;
+}
+
+float value_of(const Mantissa& mantissa) {
+  float sum = 0.0F;
+  auto power = static_cast<std::int32_t>(mantissa.whole.size());
+  for (const char digit : mantissa.whole) sum += digit_value(digit) * runtime::integer_power(10.0F, --power);
+  std::int32_t place = 0;
+  for (const char digit : mantissa.fraction) {
+    ++place;
+    sum += digit_value(digit) * (place == 1 ? 0.1F : runtime::integer_power(10.0F, -place));
+  }
+  return sum * mantissa.sign;
+}
+
+// All bytes looked for lie above 127, and most lines hold none such: eight bytes are tested at once.
+bool any_upper_half(std::string_view text) {
+  constexpr std::uint64_t upper_bits = 0x8080808080808080U;
+  std::uint64_t seen = 0;
+  std::size_t i = 0;
+  for (; i + sizeof(seen) <= text.size(); i += sizeof(seen)) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, text.data() + i, sizeof(bytes));
+    seen |= bytes;
+  }
+  bool any = (seen & upper_bits) != 0;
+  for (; i < text.size(); ++i) any = any || static_cast<unsigned char>(text[i]) > 127;
+  return any;
+}
+
+bool holds_oem_umlaut(std::string_view line) {
+  return any_upper_half(line) && line.find_first_of(oem_umlauts) != std::string_view::npos;
+}
+
+void scan_for_oem_umlauts(int unit) {
+  std::string_view line;
+  while (runtime::read_line(unit, oem_line_width, line) == runtime::ReadStatus::good) {
+    if (holds_oem_umlaut(line)) return;
+  }
+}
+
+int free_unit_from(int start) {
+  int unit = start;
+  while (runtime::is_connected(unit)) ++unit;
+  return unit;
+}
+
+}  // namespace
+
+void ToUpper(std::span<char> text) {
+  const std::size_t length = runtime::trimmed_length(view_of(text));
+  for (char& character : text.first(length)) {
+    const std::size_t place = lower_case.find(character);
+    if (place != std::string_view::npos) character = upper_case[place];
+  }
+}
+
+char ClassifyField(std::string_view text, char decimal) {
+  std::string_view rest = runtime::trimmed(text);
+  if (rest.empty()) return 'B';
+  rest.remove_prefix(rest.find_first_not_of(' '));
+  if (rest.front() == '+' || rest.front() == '-') rest.remove_prefix(1);
+  bool decimal_seen = false;
+  for (const char character : rest) {
+    if (character == decimal && !decimal_seen) {
+      decimal_seen = true;
+    } else if (character != ' ' && !is_digit(character)) {
+      return 'C';
+    }
+  }
+  return decimal_seen ? 'R' : 'I';
+}
+
+float ParseReal(std::span<char> text, std::int32_t* comma_flag) {
+  if (comma_flag != nullptr && replace_commas(text)) *comma_flag = 1;
+  const std::int32_t exponent = exponent_of(text);
+  const std::string_view view = view_of(text);
+  const std::size_t first_digit = view.find_first_of("0123456789");
+  if (first_digit == std::string_view::npos) return 0.0F;
+  return value_of(mantissa_at(view, first_digit)) * runtime::integer_power(10.0F, exponent);
+}
+
+std::int32_t ContainsOemUmlauts(std::string_view file_name, std::optional<int> unit) {
+  if (unit) {
+    scan_for_oem_umlauts(*unit);
+    runtime::rewind(*unit);
+    return 0;
+  }
+  const int own = free_unit_from(101);
+  runtime::open(own, file_name, runtime::OpenStatus::unknown);
+  scan_for_oem_umlauts(own);
+  runtime::close(own);
+  return 0;
+}
+
+}  // namespace m_strings
