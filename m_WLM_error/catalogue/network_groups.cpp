@@ -99,7 +99,7 @@ constexpr Entry T_entries[] = {
     entry<"(a,  ' Bei folgenden Transportstrecken ist der '/"
           "              3x, ' größte Abfluss der Gerinnekennlinie kleiner'/"
           "              3x, ' als der größte berechnete Abfluss (cbm/s):'/"
-          "              3x, '         Strecke Kennlinie berechnet')">("T30", error)
+          "              3x, '        Strecke Kennlinie berechnet')">("T30", error)
         .headed(Heading::once_a_program_run),
     then<"(4x,a14,2f10.3)">(text1, real1, real2),
     entry<"(a,  ' Bei der Transportstrecke ................ : ',a/"
