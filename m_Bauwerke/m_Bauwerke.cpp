@@ -1,0 +1,76 @@
+#include "m_Bauwerke.h"
+
+#include <algorithm>
+
+#include "arithmetic.h"
+#include "fixed_text.h"
+#include "m_System.h"
+#include "m_WLM_error.h"
+#include "m_strings.h"
+#include "record_search.h"
+#include "units.h"
+
+namespace m_Bauwerke {
+namespace {
+
+using m_System::FileName;
+using m_System::system_logic;
+using m_WLM_error::Report;
+
+constexpr std::int32_t highest_code = 3;
+constexpr float per_cent = 0.01F;
+
+void read_branching(std::string_view line, std::int32_t branching) {
+  auto code = runtime::columns<11, 14>(line);
+  auto share = runtime::columns<16, 20>(line);
+  branching_tables.code.at(branching) = runtime::nearest_integer(m_strings::ParseReal(code.bytes));
+  branching_tables.share.at(branching) = m_strings::ParseReal(share.bytes);
+  branching_tables.share.at(branching) *= per_cent;
+}
+
+void read_branchings(const FileName& file_name, int unit) {
+  m_System::RecordSearch search{.unit = unit};
+  std::int32_t branching = 0;
+  for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
+    if (system_logic.type.at(i) != 'V') continue;
+    const std::string_view name = system_logic.name.at(i).view();
+    const m_System::FoundRecord record = m_System::find_record(search, system_logic.name.at(i));
+    if (!record.found) {
+      // The rest of the file is not read; it stays open to the end of the run.
+      Report("A00", {.text1 = file_name.view(), .text2 = name});
+      return;
+    }
+    ++branching;
+    read_branching(record.line, branching);
+    const std::int32_t code = branching_tables.code.at(branching);
+    if (code > highest_code) Report("Ver1", {.text1 = file_name.view(), .text2 = name, .int1 = code});
+  }
+  runtime::close(unit);
+}
+
+}  // namespace
+
+BranchingTables branching_tables;
+
+std::int32_t AllocateBranchingTables() {
+  BranchingTables& tables = branching_tables;
+  tables.branching_count = system_logic.count_V;
+  tables.B_count = system_logic.count_B;
+  const std::int32_t entries = std::max(tables.branching_count, 1);
+  const bool code_ready = tables.code.allocate(entries);
+  const bool share_ready = tables.share.allocate(entries);
+  return code_ready && share_ready ? 0 : m_WLM_error::allocation_failed;
+}
+
+void ReadBranchings(std::string_view variant_name) {
+  const FileName file_name = m_System::file_name_of(variant_name, ".ver");
+  const int unit = m_System::OpenCompanionFile(file_name, 'V');
+  if (unit == 0) return;
+  if (m_System::ReadyToRead(unit, AllocateBranchingTables())) read_branchings(file_name, unit);
+}
+
+void reset() {
+  branching_tables = BranchingTables();
+}
+
+}  // namespace m_Bauwerke

@@ -1,0 +1,214 @@
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "fixed_text.h"
+#include "m_ScrenixQt.h"
+#include "m_System.h"
+#include "m_WLM_error.h"
+#include "m_strings.h"
+#include "name_index.h"
+#include "units.h"
+
+namespace m_System {
+namespace {
+
+using m_WLM_error::Report;
+using runtime::columns;
+
+bool one_of(char letter, std::string_view letters) {
+  return letters.find(letter) != std::string_view::npos;
+}
+
+bool is_blank(const ElementName& name) {
+  return m_strings::ClassifyField(name.view()) == 'B';
+}
+
+void report_names(std::string_view code, const ElementName& first) {
+  Report(code, {.text1 = first.view()});
+}
+
+void report_names(std::string_view code, const ElementName& first, const ElementName& second) {
+  Report(code, {.text1 = first.view(), .text2 = second.view()});
+}
+
+// Formal stage: each element's own fields.
+
+void check_letters(std::int32_t i) {
+  const SystemLogic& logic = system_logic;
+  if (!one_of(logic.type.at(i), "NKETVBP")) report_names("Y01", logic.name.at(i));
+  for (std::int32_t k = 1; k <= inflow_slots; ++k) {
+    const ElementName& inflow = logic.inflow_name.at(i).at(k);
+    if (!one_of(inflow.first(), " NKETVBP")) report_names("Y02", inflow);
+  }
+  for (std::int32_t k = 1; k <= outflow_slots; ++k) {
+    const ElementName& outflow = logic.outflow_name.at(i).at(k);
+    if (!one_of(outflow.first(), " NKETVBP")) report_names("Y03", outflow);
+  }
+}
+
+// How often each name that several elements bear has been met so far, under its first element.
+using Repetitions = std::unordered_map<std::int32_t, std::int32_t>;
+
+// One report for each earlier element of the same name.
+void check_repeated_name(std::int32_t i, Repetitions& repetitions) {
+  const NameIndex& names = element_names();
+  if (names.last.empty()) return;
+  const ElementName& name = system_logic.name.at(i);
+  const std::int32_t first = first_of_name(names, name);
+  if (first == i) return;
+  const std::int32_t earlier = ++repetitions[first];
+  for (std::int32_t report = 1; report <= earlier; ++report) report_names("Y04", name);
+}
+
+void check_inflow_fields(std::int32_t i) {
+  const SystemLogic& logic = system_logic;
+  const ElementName& name = logic.name.at(i);
+  const auto& inflow = logic.inflow_name.at(i);
+  if (one_of(logic.type.at(i), "NKE")) {
+    for (std::int32_t k = 1; k <= inflow_slots; ++k) {
+      if (!is_blank(inflow.at(k))) report_names("Y05", name);
+    }
+    return;
+  }
+  if (is_blank(inflow.at(1))) report_names("Y06", name);
+  if (is_blank(inflow.at(2)) && !is_blank(inflow.at(3))) report_names("Y07", name);
+}
+
+void check_two_outflows(const ElementName& name, char type, bool first_given, bool second_given) {
+  if (first_given && !second_given) report_names("W02", name);
+  if (!first_given && second_given) report_names("W01", name);
+  if (!first_given && !second_given) report_names(type == 'V' ? "Y10" : "W03", name);
+}
+
+void check_outflow_fields(std::int32_t i) {
+  const SystemLogic& logic = system_logic;
+  const ElementName& name = logic.name.at(i);
+  const bool first_given = !is_blank(logic.outflow_name.at(i).at(1));
+  const bool second_given = !is_blank(logic.outflow_name.at(i).at(2));
+  const char type = logic.type.at(i);
+  if (one_of(type, "NKETP")) {
+    if (!first_given) report_names("Y08", name);
+    if (second_given) report_names("Y09", name);
+  } else if (one_of(type, "VB")) {
+    check_two_outflows(name, type, first_given, second_given);
+  }
+}
+
+void check_tags(std::int32_t i) {
+  const SystemLogic& logic = system_logic;
+  const bool tagged = one_of(logic.type.at(i), "VB") && !logic.tag3.at(i).blank();
+  if (tagged && logic.tag7.at(i).blank()) report_names("Y12", logic.name.at(i));
+}
+
+void check_fields() {
+  Repetitions repetitions;
+  for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
+    check_letters(i);
+    check_repeated_name(i, repetitions);
+    check_inflow_fields(i);
+    check_outflow_fields(i);
+    check_tags(i);
+  }
+}
+
+// Logical stage: the links between the elements.
+
+bool has_outflow_to(std::int32_t element, std::int32_t target) {
+  const auto& outflow = system_logic.outflow_index.at(element);
+  return outflow.at(1) == target || outflow.at(2) == target;
+}
+
+bool has_inflow_from(std::int32_t element, std::int32_t source) {
+  const auto& inflow = system_logic.inflow_index.at(element);
+  return inflow.at(1) == source || inflow.at(2) == source || inflow.at(3) == source;
+}
+
+void check_inflow_link(std::int32_t i, std::int32_t k) {
+  const SystemLogic& logic = system_logic;
+  const ElementName& name = logic.name.at(i);
+  const ElementName& inflow = logic.inflow_name.at(i).at(k);
+  const std::int32_t j = logic.inflow_index.at(i).at(k);
+  if (j == 0) {
+    if (!is_blank(inflow)) report_names("Y21", inflow, name);
+    return;
+  }
+  if (j >= i) report_names("Y23", inflow, name);
+  if (!has_outflow_to(j, i)) report_names("Y25", name, logic.name.at(j));
+  for (std::int32_t m = k + 1; m <= inflow_slots; ++m) {
+    if (logic.inflow_index.at(i).at(m) == j) report_names("Y27", name, logic.name.at(j));
+  }
+}
+
+void check_outflow_link(std::int32_t i, std::int32_t k) {
+  const SystemLogic& logic = system_logic;
+  const bool last = i == logic.element_count;
+  const ElementName& name = logic.name.at(i);
+  const ElementName& outflow = logic.outflow_name.at(i).at(k);
+  const std::int32_t j = logic.outflow_index.at(i).at(k);
+  if (j == 0) {
+    if (!last && !is_blank(outflow)) report_names("Y22", outflow, name);
+    return;
+  }
+  if (j <= i) report_names("Y24", outflow, name);
+  if (!last && !has_inflow_from(j, i)) report_names("Y26", name, logic.name.at(j));
+}
+
+void check_links() {
+  for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
+    for (std::int32_t k = 1; k <= inflow_slots; ++k) check_inflow_link(i, k);
+    for (std::int32_t k = 1; k <= outflow_slots; ++k) check_outflow_link(i, k);
+  }
+}
+
+bool stage_failed(std::string_view notice) {
+  if (m_WLM_error::ErrorLevel < 2) return false;
+  m_ScrenixQt::ShowMessage(m_ScrenixQt::error_title, notice);
+  return true;
+}
+
+// Duplicate values.
+
+char value_class(char kind, std::string_view line) {
+  switch (kind) {
+    case 'E':
+      return m_strings::ClassifyField(columns<11, 16>(line).view());
+    case 'T':
+      return m_strings::ClassifyField(columns<11, 19>(line).view());
+    case 'V':
+      return m_strings::ClassifyField(columns<22, 26>(line).view());
+    case 'B':
+      return m_strings::ClassifyField(columns<24, 30>(line).view());
+    default:
+      return m_strings::ClassifyField(columns<11, 15>(line).view());
+  }
+}
+
+}  // namespace
+
+void CheckSystemLogic() {
+  check_fields();
+  if (stage_failed("formale Fehler in der Systemdatei\r\n\r\nSiehe FEHLER.PKL")) return;
+  check_links();
+  stage_failed("Fehler in der Systemlogik\r\n\r\nSiehe FEHLER.PKL");
+}
+
+std::int32_t CheckDuplicateData(char kind, std::string_view file_name, int unit) {
+  constexpr std::size_t line_width = 200;
+  std::int32_t level = 0;
+  std::string_view line;
+  while (runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good) {
+    const std::int32_t i = first_of_name(element_names(), columns<4, 8>(line));
+    if (i == 0 || value_class(kind, line) != 'R') continue;
+    std::int32_t& seen = system_logic.data_seen.at(i);
+    if (seen == 1) {
+      level = m_WLM_error::MessageDispatcher("A14",
+                                             {.text1 = file_name, .text2 = system_logic.name.at(i).view()});
+    }
+    seen = 1;
+  }
+  runtime::rewind(unit);
+  return level;
+}
+
+}  // namespace m_System

@@ -1,0 +1,159 @@
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "fixed_text.h"
+#include "m_System.h"
+#include "m_WLM_error.h"
+#include "m_files.h"
+#include "m_strings.h"
+#include "name_index.h"
+#include "units.h"
+
+namespace m_System {
+namespace {
+
+using runtime::columns;
+
+constexpr std::size_t line_width = 100;
+constexpr std::size_t name_column = 36;
+constexpr std::string_view element_types = "NKETVBP";
+
+bool is_type(char letter) {
+  return element_types.find(letter) != std::string_view::npos;
+}
+
+// A link stands at the beginning of its columns, or the columns up to `last` are blank. For the first and
+// the second inflow these reach over the inflows behind them: a gap before a later inflow is no element line.
+template <std::size_t First, std::size_t Last>
+bool is_link_or_blank(std::string_view line) {
+  const auto span = columns<First, Last>(line);
+  return is_type(span.first()) || m_strings::ClassifyField(span.view()) == 'B';
+}
+
+// Headings, rulers and remarks hold no element type in column 36 and are passed over, as are "Z" elements.
+bool is_element_line(std::string_view line) {
+  return runtime::trimmed_length(line) >= name_column && is_type(line[name_column - 1]) &&
+         is_link_or_blank<44, 60>(line) && is_link_or_blank<50, 60>(line) && is_link_or_blank<56, 60>(line) &&
+         is_link_or_blank<64, 68>(line) && is_link_or_blank<70, 74>(line);
+}
+
+std::optional<std::string_view> next_element_line(int unit) {
+  std::string_view line;
+  while (runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good) {
+    if (is_element_line(line)) return line;
+  }
+  return std::nullopt;
+}
+
+void count_type(SystemLogic& logic, char type) {
+  switch (type) {
+    case 'N':
+      ++logic.count_N;
+      break;
+    case 'K':
+      ++logic.count_K;
+      break;
+    case 'E':
+      ++logic.count_E;
+      break;
+    case 'T':
+      ++logic.count_T;
+      break;
+    case 'V':
+      ++logic.count_V;
+      break;
+    case 'B':
+      ++logic.count_B;
+      break;
+    default:
+      break;
+  }
+}
+
+void store_element(SystemLogic& logic, std::int32_t i, std::string_view line) {
+  logic.name.at(i) = columns<36, 40>(line);
+  logic.type.at(i) = logic.name.at(i).first();
+  logic.tag3.at(i) = columns<4, 6>(line);
+  logic.tag7.at(i) = columns<8, 14>(line);
+  logic.text17.at(i) = columns<17, 33>(line);
+  logic.inflow_name.at(i) = {{columns<44, 48>(line), columns<50, 54>(line), columns<56, 60>(line)}};
+  logic.outflow_name.at(i) = {{columns<64, 68>(line), columns<70, 74>(line)}};
+}
+
+void read_elements(int unit) {
+  SystemLogic& logic = system_logic;
+  std::int32_t i = 0;
+  while (const auto line = next_element_line(unit)) {
+    ++i;
+    store_element(logic, i, *line);
+    if (logic.outflow_name.at(i).at(1) == "ENDE") return;
+  }
+}
+
+// Of several elements of one name the last one is linked.
+void resolve_links(std::int32_t i) {
+  SystemLogic& logic = system_logic;
+  const NameIndex& names = element_names();
+  for (std::int32_t k = 1; k <= inflow_slots; ++k) {
+    logic.inflow_index.at(i).at(k) = last_of_name(names, logic.inflow_name.at(i).at(k));
+  }
+  for (std::int32_t k = 1; k <= outflow_slots; ++k) {
+    logic.outflow_index.at(i).at(k) = last_of_name(names, logic.outflow_name.at(i).at(k));
+  }
+}
+
+void list_element(int listing, std::int32_t i) {
+  const SystemLogic& logic = system_logic;
+  const auto& inflow = logic.inflow_name.at(i);
+  const auto& outflow = logic.outflow_name.at(i);
+  const auto& inflow_at = logic.inflow_index.at(i);
+  const auto& outflow_at = logic.outflow_index.at(i);
+  runtime::write(listing, runtime::format<"(6(a,1x),6i4)">,
+                 {logic.name.at(i).view(), inflow.at(1).view(), inflow.at(2).view(), inflow.at(3).view(),
+                  outflow.at(1).view(), outflow.at(2).view(), i, inflow_at.at(1), inflow_at.at(2),
+                  inflow_at.at(3), outflow_at.at(1), outflow_at.at(2)});
+}
+
+void link_and_list_elements() {
+  SystemLogic& logic = system_logic;
+  const int listing = m_files::free_unit(100);
+  runtime::open(listing, "code.pkl", runtime::OpenStatus::unknown);
+  runtime::write_line(listing, "code.pkl");
+  for (std::int32_t i = 1; i <= logic.element_count; ++i) {
+    resolve_links(i);
+    list_element(listing, i);
+  }
+  if (logic.element_count > 0) logic.outflow_index.at(logic.element_count).at(1) = logic.element_count + 1;
+}
+
+}  // namespace
+
+void CountElements(int unit) {
+  SystemLogic& logic = system_logic;
+  logic.total_count = 0;
+  logic.count_N = logic.count_K = logic.count_E = logic.count_T = logic.count_V = logic.count_B = 0;
+  while (const auto line = next_element_line(unit)) {
+    ++logic.total_count;
+    count_type(logic, (*line)[name_column - 1]);
+  }
+  runtime::rewind(unit);
+}
+
+void ReadSystemFile(std::string_view variant_name) {
+  const int unit = OpenInputFile(file_name_of(variant_name, ".sys"));
+  if (unit == 0) return;
+  CountElements(unit);
+  m_WLM_error::ErrorLevel = std::max(m_WLM_error::ErrorLevel, AllocateSystemTables());
+  if (m_WLM_error::ErrorLevel > 1) {
+    runtime::close(unit);
+    return;
+  }
+  read_elements(unit);
+  link_and_list_elements();
+  CheckSystemLogic();
+  runtime::close(unit);
+}
+
+}  // namespace m_System
