@@ -1,0 +1,493 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <ostream>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "catalogue/entry.h"
+#include "cp1252.h"
+#include "m_WLM_error.h"
+
+namespace {
+
+using namespace runtime::literals;
+namespace catalogue = m_WLM_error::catalogue;
+using m_WLM_error::MessageArguments;
+using m_WLM_error::MessageDispatcher;
+using Lines = std::vector<std::string>;
+
+// The text in the bytes of a protocol.
+std::string german(std::string_view utf8) {
+  runtime::Cp1252Text<100> text;
+  text.append(utf8);
+  return std::string(text.view());
+}
+
+// The suite's list of its messages. It is kept apart from the catalogue: a code that the catalogue loses,
+// gains or misspells shows up here.
+struct ListedGroup {
+  std::string_view prefix;
+  int notes;  // codes of level 1
+  std::vector<std::string_view> codes;
+};
+
+const std::vector<ListedGroup>& listed_groups() {
+  static const std::vector<ListedGroup> groups = {
+      {"A", 1, {"A00", "A01", "A02", "A03", "A04", "A05", "A06", "A07", "A08", "A09", "A10",
+                "A11", "A12", "A13", "A14", "A15", "A16", "A17", "A18", "A19", "A20", "A99"}},
+      {"B", 2, {"B01", "B02", "B04", "B05", "B06", "B07", "B08", "B09", "B10", "B11"}},
+      {"C", 0, {"C00"}},
+      {"D", 0, {"D10", "DB0", "D11"}},
+      {"E", 2, {"E01", "E03", "E04", "E05", "E06", "E10", "E11", "E12", "E13", "E14", "E20",
+                "E30", "E31", "E32", "E33", "E34", "E35", "E36", "E37", "E38", "E39", "E40"}},
+      {"F",
+       1,
+       {"F01", "F02", "F03", "F04", "F05", "F06", "F07", "F08", "F09", "F10", "F11", "F12", "F13", "F14",
+        "F15", "F16"}},
+      {"G", 3, {"G01", "G02", "G03", "G04", "G05"}},
+      {"I", 0, {"I01"}},
+      {"J", 0, {"J01", "J02", "J03", "J04", "J05"}},
+      {"K", 3, {"K01", "K02", "K03", "K04", "K05", "K06", "K07", "K08", "K09", "K10"}},
+      {"LF", 4, {"LF_DB",   "LF1",     "LF2",     "LF3",     "LF_A00",  "LF_A01",  "LF_A02",
+                 "LF_EL00", "LF_EL01", "LF_EL02", "LF_EL03", "LF_EL04", "LF_EL05", "LF_EL06",
+                 "LF_EL07", "LF_EL08", "LF_EL09", "LF_EL10", "LF_EL11", "LF_EL12", "LF_EL13",
+                 "LF_KLA",  "LF_EL14", "LF_TG01", "LF_NF01", "LF_SP01", "LF_SP02"}},
+      {"mnn", 9, {"mnn01", "mnn02", "mnn03", "mnn050", "mnn051", "mnn052", "mnn06", "mnn07", "mnn08", "mnn09",
+                  "mnn10", "mnn11", "mnn12", "mnn13",  "mnn14",  "mnn15",  "mnn16", "mnn17", "mnn18", "mnn19",
+                  "mnn20", "mnn21", "mnn22", "mnn23",  "mnn24",  "mnn25",  "mnn26", "mnn27", "mnn28"}},
+      {"M", 0, {"M01", "M02", "M03", "M04", "M05", "M06", "M07"}},
+      {"P", 6, {"P00", "P01",  "P02",  "P03",  "P04", "P05", "P06", "P07", "P080", "P08#", "P081", "P09",
+                "P10", "P101", "P102", "P103", "P11", "P12", "P13", "P14", "P15",  "P16",  "P17",  "P18",
+                "P19", "P20",  "P21",  "P22",  "P23", "P24", "P25", "P26", "P27",  "P271", "P28",  "P29",
+                "P30", "P31",  "P40",  "P41",  "P42", "P43", "P50", "P51", "P52",  "P53",  "P99"}},
+      {"Q", 0, {"Q10", "Q20", "Q31", "Q33", "Q41", "Q51", "Q53", "Q60", "Q61", "Q62"}},
+      {"Rt", 0, {"Rt3", "Rt4", "Rt5"}},
+      {"R", 0, {"R00", "R01", "R02", "R03", "R04", "R05", "R06", "R09"}},
+      {"St", 0, {"St1", "St2", "St3", "St4", "St5", "St6", "St7", "St71", "St8", "St9"}},
+      {"S", 0, {"S01", "S02", "S03", "S04", "S05", "S06", "S07"}},
+      {"T", 8, {"TRS0", "TRS1", "T00", "T01", "T02", "T03",  "T04",  "T05", "T06", "T07",
+                "T08",  "T09",  "T10", "T11", "T12", "T13",  "T14",  "T15", "T16", "T20",
+                "T21",  "T30",  "T40", "T41", "T99", "T100", "T101", "T102"}},
+      {"U", 0, {"U01", "U02", "U03", "U04", "U05"}},
+      {"Ver", 0, {"Ver1", "Ver2"}},
+      {"Vkl", 1, {"Vkl1"}},
+      {"V",
+       0,
+       {"V00", "V01", "V02", "V03", "V04", "V05", "V06", "V07", "V08", "V09", "V10", "V11", "V12", "V13",
+        "V14", "V15", "V16", "V17", "V18"}},
+  };
+  return groups;
+}
+
+constexpr std::string_view code_with_level_from_int1 = "K10";
+
+// Arguments of usual length, all different from each other; file names are the longest texts.
+const MessageArguments usual_arguments{.text1 = "Modell_Unterlauf_2024.TRS",
+                                       .text2 = "Modell_Oberlauf__2024.PRO",
+                                       .text3 = "Modell_Mittellauf2024.QQQ",
+                                       .int1 = 1,
+                                       .int2 = 222,
+                                       .int3 = 333,
+                                       .real1 = 4.5F,
+                                       .real2 = 88.5F};
+
+class Catalogue : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string name = testing::UnitTest::GetInstance()->current_test_info()->name();
+    std::ranges::replace(name, '/', '_');
+    folder_ = std::filesystem::path(testing::TempDir()) / ("kv_catalogue_" + name);
+    std::filesystem::create_directories(folder_);
+    m_WLM_error::reset();
+    init();
+  }
+  void TearDown() override {
+    MessageDispatcher("FINALE");
+    m_WLM_error::reset();
+    std::filesystem::remove_all(folder_);
+  }
+
+  void init() const { MessageDispatcher("INIT", {.text1 = protocol().string(), .text2 = "KARVOS"}); }
+
+  // The lines written since "INIT", without the protocol's first line.
+  Lines written() const {
+    MessageDispatcher("FINALE");
+    std::ifstream file(protocol(), std::ios::binary);
+    Lines lines;
+    for (std::string line; std::getline(file, line);) lines.push_back(line);
+    if (!lines.empty()) lines.erase(lines.begin());
+    return lines;
+  }
+
+  // The lines of one message, written into a protocol of its own.
+  Lines message(std::string_view code, const MessageArguments& arguments) {
+    init();
+    level = MessageDispatcher(code, arguments);
+    return written();
+  }
+
+  std::int32_t level = 0;
+
+ private:
+  [[nodiscard]] std::filesystem::path protocol() const { return folder_ / "variante.pkl"; }
+
+  std::filesystem::path folder_;
+};
+
+// A way to call a code: with the usual arguments, and once for each word that chooses a variant.
+struct Call {
+  std::string_view code;
+  MessageArguments arguments;
+};
+
+const catalogue::Group& group_named(std::string_view prefix) {
+  const auto groups = catalogue::groups();
+  return **std::ranges::find_if(groups, [&](const auto* group) { return group->prefix == prefix; });
+}
+
+std::vector<Call> calls_of(std::string_view prefix) {
+  std::vector<Call> calls;
+  for (const catalogue::Entry& row : group_named(prefix).entries) {
+    if (row.continues) continue;
+    Call call{row.code, usual_arguments};
+    if (!row.condition_word.empty()) {
+      (row.condition == catalogue::text2 ? call.arguments.text2 : call.arguments.text3) = row.condition_word;
+    }
+    // Its list lines have 14 columns for a reach.
+    if (row.heading == catalogue::Heading::once_a_program_run) call.arguments.text1 = "T0001";
+    calls.push_back(call);
+  }
+  return calls;
+}
+
+std::vector<Call> all_calls() {
+  std::vector<Call> calls;
+  for (const ListedGroup& group : listed_groups()) {
+    for (const Call& call : calls_of(group.prefix)) calls.push_back(call);
+  }
+  return calls;
+}
+
+std::string joined(const Lines& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
+}
+
+// What the arguments of an entry look like in print, whatever the decimals of its fields.
+std::string_view printed(catalogue::Argument argument, const MessageArguments& arguments) {
+  switch (argument) {
+    case catalogue::text1:
+      return *arguments.text1;
+    case catalogue::text2:
+      return *arguments.text2;
+    case catalogue::text3:
+      return *arguments.text3;
+    case catalogue::int1:
+      return "    1";
+    case catalogue::int2:
+      return "  222";
+    case catalogue::int3:
+      return "  333";
+    case catalogue::real1:
+      return "  4.5";
+    case catalogue::real2:
+      return " 88.5";
+  }
+  return {};
+}
+
+bool begins_as_note(std::string_view line, std::string_view code) {
+  line.remove_prefix(code.size());
+  return line.starts_with(" Warnung: ") || line.starts_with(" Hinweis: ") || line.starts_with(" HINWEIS: ") ||
+         line.starts_with(" Bemerkung: ");
+}
+
+bool printable_or_german_letter(char character) {
+  const auto byte = static_cast<unsigned char>(character);
+  constexpr std::string_view letters = "ÄÖÜäöüß"_w1252;
+  return (byte >= 0x20 && byte <= 0x7E) || letters.find(character) != std::string_view::npos;
+}
+
+TEST_F(Catalogue, HoldsExactlyTheListedCodesInTheirOrder) {
+  for (const ListedGroup& group : listed_groups()) {
+    std::vector<std::string_view> codes;
+    for (const catalogue::Entry& row : group_named(group.prefix).entries) {
+      if (!row.continues && (codes.empty() || codes.back() != row.code)) codes.push_back(row.code);
+    }
+    EXPECT_EQ(codes, group.codes) << group.prefix;
+  }
+}
+
+TEST_F(Catalogue, RoutesEachCodeToItsGroup) {
+  for (const ListedGroup& group : listed_groups()) {
+    for (const std::string_view code : group.codes) {
+      const catalogue::Group* const found = catalogue::group_of(code);
+      ASSERT_NE(found, nullptr) << code;
+      EXPECT_EQ(found->prefix, group.prefix) << code;
+    }
+  }
+}
+
+TEST_F(Catalogue, WritesEveryListedCodeUnderItsOwnName) {
+  for (const ListedGroup& group : listed_groups()) {
+    for (const std::string_view code : group.codes) {
+      const Lines lines = message(code, usual_arguments);
+      ASSERT_FALSE(lines.empty()) << code;
+      EXPECT_TRUE(lines.front().starts_with(code)) << lines.front();
+      EXPECT_EQ(joined(lines).find(" nicht definiert!"), std::string::npos) << lines.front();
+    }
+  }
+}
+
+TEST_F(Catalogue, WritesUnknownCodesOfItsGroupsAsUndefined) {
+  for (const ListedGroup& group : listed_groups()) {
+    const std::string unknown = std::string(group.prefix) + "?";
+    EXPECT_EQ(message(unknown, {.text1 = "K17"}), Lines{unknown + "-Kommentar bei K17 nicht definiert!"});
+    EXPECT_EQ(level, 2) << unknown;
+  }
+  // Near misses: a code is compared over its whole length.
+  for (const std::string_view code :
+       {"A21", "B03", "P08", "P1010", "TRS", "TRS2", "mnn05", "St72", "LF_EL1"}) {
+    EXPECT_EQ(message(code, {}), Lines{std::string(code) + "-Kommentar bei  nicht definiert!"});
+  }
+}
+
+TEST_F(Catalogue, CountsTheNotesOfEachGroup) {
+  for (const ListedGroup& group : listed_groups()) {
+    int notes = 0;
+    for (const std::string_view code : group.codes) {
+      if (code == code_with_level_from_int1) continue;
+      message(code, usual_arguments);
+      EXPECT_TRUE(level == 1 || level == 2) << code;
+      notes += level == 1 ? 1 : 0;
+    }
+    EXPECT_EQ(notes, group.notes) << group.prefix;
+  }
+}
+
+TEST_F(Catalogue, NotesAndOnlyNotesSaySo) {
+  for (const Call& call : all_calls()) {
+    if (call.code == code_with_level_from_int1) continue;
+    const Lines lines = message(call.code, call.arguments);
+    EXPECT_EQ(begins_as_note(lines.front(), call.code), level == 1) << lines.front();
+  }
+}
+
+TEST_F(Catalogue, TheCallerOfK10DecidesItsSeverity) {
+  for (const std::int32_t wanted : {0, 1, 2}) {
+    const Lines lines = message("K10", {.text1 = "T04", .text2 = "QH", .int1 = wanted});
+    EXPECT_EQ(level, wanted);
+    EXPECT_EQ(lines.front(), "K10 Die Kennlinien beim Element ............. : T04");
+    EXPECT_FALSE(begins_as_note(lines.front(), "K10"));
+  }
+}
+
+TEST_F(Catalogue, PrintsEveryArgumentOfAnEntry) {
+  for (const Call& call : all_calls()) {
+    const std::string text = joined(message(call.code, call.arguments));
+    const catalogue::Values values{
+        .code = call.code, .texts = {*call.arguments.text1, *call.arguments.text2, *call.arguments.text3}};
+    for (const catalogue::Entry& row : catalogue::find_entry(*catalogue::group_of(call.code), values)) {
+      for (std::size_t i = 0; i < row.argument_count; ++i) {
+        EXPECT_NE(text.find(printed(row.arguments[i], call.arguments)), std::string::npos) << text;
+      }
+    }
+  }
+}
+
+TEST_F(Catalogue, LeavesNoFieldWithoutAnArgument) {
+  for (const ListedGroup& group : listed_groups()) {
+    for (const catalogue::Entry& row : group_named(group.prefix).entries) {
+      EXPECT_EQ(row.format.fields(), row.argument_count + (row.continues ? 0 : 1)) << row.code;
+    }
+  }
+}
+
+TEST_F(Catalogue, KeepsWithinTheScreenAndTheLetters) {
+  for (const Call& call : all_calls()) {
+    for (const std::string& line : message(call.code, call.arguments)) {
+      EXPECT_LE(line.size(), 80U) << line;
+      EXPECT_TRUE(std::ranges::all_of(line, printable_or_german_letter)) << line;
+    }
+  }
+}
+
+TEST_F(Catalogue, LinesUpTheMainArgumentAndIndentsTheRest) {
+  // The colon of these is where the suite has always had it.
+  const std::set<std::string_view> own_layout = {"A14", "A99", "C00", "D10", "J01", "T30"};
+  for (const Call& call : all_calls()) {
+    const Lines lines = message(call.code, call.arguments);
+    if (!own_layout.contains(call.code)) {
+      EXPECT_EQ(lines.front().substr(45, 3), " : ") << lines.front();
+    }
+    for (const std::string& line : Lines(lines.begin() + 1, lines.end())) {
+      EXPECT_TRUE(line.starts_with("    ")) << line;
+    }
+  }
+}
+
+TEST_F(Catalogue, NoTwoTextsAreAlike) {
+  std::set<std::string> texts;
+  for (const Call& call : all_calls()) {
+    Lines lines = message(call.code, call.arguments);
+    lines.front().erase(0, call.code.size());
+    EXPECT_TRUE(texts.insert(joined(lines)).second) << call.code << joined(lines);
+  }
+}
+
+TEST_F(Catalogue, WritesTheEntriesOfTheReaders) {
+  EXPECT_EQ(
+      message("A00", {.text1 = "var.kfl  ", .text2 = "K17  "}),
+      (Lines{"A00 In der Tabelle .......................... : var.kfl",
+             "    fehlt das Element ....................... : K17", "    (evtl. fehlerhafter Datensatz)"}));
+  EXPECT_EQ(message("A03", {.text1 = "var.kfl", .text2 = "K17"}),
+            (Lines{"A03 In der Tabelle .......................... : var.kfl",
+                   "    liegt ein Formatfehler vor bei .......... : K17"}));
+  EXPECT_EQ(message("A14", {.text1 = "var.kfl", .text2 = "K17"}),
+            (Lines{"A14 In der Tabelle ........................ : var.kfl",
+                   "    ist das Element ....................... : K17", german("    mehrfach aufgeführt.")}));
+  EXPECT_EQ(message("F02", {.text1 = "var.kfl", .text2 = "K17", .real1 = 1.5F}),
+            (Lines{"F02 In der Tabelle .......................... : var.kfl",
+                   german("    ist der Befestigungsgrad bei der Fläche   : K17"),
+                   german("    größer als 1.0 (Verzerrung?)!")}));
+  EXPECT_EQ(message("Ver1", {.text1 = "var.ver", .text2 = "V03", .int1 = 4}),
+            (Lines{"Ver1In der Tabelle .......................... : var.ver",
+                   "    bei der Verzweigung ..................... : V03",
+                   german("    sind nur Kennziffern K=[1,3] zulässig! ")}));
+}
+
+TEST_F(Catalogue, WritesTheMessagesAboutFilesAndDatabases) {
+  EXPECT_EQ(message("C00", {.text1 = "lauf.pro"}),
+            (Lines{"C00 In der Profildatei .................... : lauf.pro",
+                   "    liegen Fehler vor! Siehe oben."}));
+  EXPECT_EQ(message("D10", {.text1 = "lauf.pro"}),
+            (Lines{"D10 Die Datei: lauf.pro", "    kann nicht geschlossen werden.",
+                   "    Sie ist vermutlich durch ein anderes Programm gesperrt."}));
+  // The name stands between a double quote and the end of the line.
+  EXPECT_EQ(message("DB0", {.text1 = "tbl_jgg"}),
+            (Lines{"DB0 Die Datenbank-Tabelle ................... : \"tbl_jgg",
+                   german("    ist noch geöffnet. Sie kann nicht überschrieben werden.")}));
+  EXPECT_EQ(message("J01", {.text1 = "Acker"}),
+            (Lines{"J01 In tbl_jgg ist der Jahresgang ...... : Acker", "    mehrfach definiert!"}));
+  EXPECT_EQ(message("A99", {}), Lines{"A99     Datenbank-Fehler: Kontakt zu TRM Wasser aufnehmen!"});
+}
+
+TEST_F(Catalogue, TellsOfTheUpdateOfTheAreaTables) {
+  const Lines refusal = message("F12", {.text1 = "var.kfl"});
+  EXPECT_EQ(level, 2);
+  EXPECT_EQ(refusal, (Lines{"F12 In der Tabelle .......................... : var.kfl",
+                            german("    dürfen ab der Version 7.02 von KARVOS keine"),
+                            "    Konzentrationsparameter mehr stehen. Die Stelle",
+                            german("    ist für Qmax reserviert. Bitte die Datei mit dem"),
+                            "    Werkzeug Karvos_upd aktualisieren!"}));
+  const Lines note = message("F13", {.text1 = "var.kfl"});
+  EXPECT_EQ(level, 1);
+  EXPECT_EQ(note, (Lines{"F13 Hinweis: Die Datei ...................... : var.kfl",
+                         "             wurde aktualisiert. Die Konzentra-",
+                         "             tionsparameter wurden entfernt."}));
+}
+
+TEST_F(Catalogue, PrintsStationAndDischargeOfAnAbandonedIteration) {
+  EXPECT_EQ(message("I01", {.int1 = 500, .real1 = 12.3456F, .real2 = 0.25F}),
+            (Lines{"I01 Die Iteration an der Station (km) ....... :  12.346",
+                   "    beim Abfluss Q (cbm/s) .................. :   0.250",
+                   german("    benötigt mehr Schritte als zulässig ..... :  500"), "    Abbruch!"}));
+}
+
+TEST_F(Catalogue, NamesTheProductsThatFilesComeFrom) {
+  EXPECT_EQ(message("E36", {.text1 = "lauf.h5", .text2 = "Pegel 3"}),
+            (Lines{"E36 In der HDF5-Datei ....................... : lauf.h5",
+                   "    wird die PELO-Ganglinie erwartet ........ : Pegel 3",
+                   "    Sie ist dort nicht enthalten."}));
+  EXPECT_EQ(message("LF_DB", {.text1 = "leit.mdb"}).front(),
+            "LF_DB Der Pfad unter KALDER-Variante ........ : leit.mdb");
+}
+
+TEST_F(Catalogue, WritesAListBelowItsMessage) {
+  EXPECT_EQ(message("P99", {.text1 = "lauf.pro", .text2 = "abc", .text3 = "1,5", .int1 = 7, .int2 = 12345}),
+            (Lines{"P99 In der Profildatei ...................... : lauf.pro",
+                   "    sind folgende Zeilen fehlerhaft:", "                     7 abc",
+                   "                 12345 1,5", "    Bitte die Zeilen berichtigen!"}));
+}
+
+TEST_F(Catalogue, ChoosesVariantsByATextArgument) {
+  const auto second_line = [&](std::string_view code, std::string_view word) {
+    return message(code, {.text1 = "12.300", .text2 = word, .real1 = 0.0F}).at(1);
+  };
+  EXPECT_EQ(second_line("P23", "Bmx"), german("    ist an der größten Breite Bmx nicht größer als"));
+  EXPECT_EQ(second_line("P23", "Bmn  "), german("    ist an der kleinsten Breite Bmn nicht größer als"));
+  EXPECT_EQ(second_line("P23", "bmx"), german("    hat eine unzulässige Breite ............. : bmx"));
+  const std::set<std::string> texts = {second_line("LF_EL03", "N"), second_line("LF_EL03", "K"),
+                                       second_line("LF_EL03", "T"), second_line("LF_EL03", "V"),
+                                       second_line("LF_EL03", "B"), second_line("LF_EL03", "P")};
+  EXPECT_EQ(texts.size(), 6U);
+  EXPECT_TRUE(texts.contains(german("        Nicht zulässig ist der Typ .......... : P")));
+}
+
+struct CappedCode {
+  std::string_view code;
+  std::string_view closing_line;
+};
+
+void PrintTo(const CappedCode& tested, std::ostream* out) { *out << tested.code; }
+
+class CappedWarning : public Catalogue, public testing::WithParamInterface<CappedCode> {};
+
+TEST_P(CappedWarning, IsWrittenFiveTimesAndStillCountsAfterwards) {
+  const MessageArguments arguments{.text1 = "T04", .real1 = 0.5F, .real2 = 1.0F};
+  const Lines once = message(GetParam().code, arguments);
+  Lines expected;
+  for (int i = 0; i < 5; ++i) expected.insert(expected.end(), once.begin(), once.end());
+  expected.emplace_back(GetParam().closing_line);
+
+  init();
+  for (int i = 0; i < 7; ++i) EXPECT_EQ(MessageDispatcher(GetParam().code, arguments), 1);
+  EXPECT_EQ(written(), expected);
+
+  init();
+  for (int i = 0; i < 5; ++i) MessageDispatcher(GetParam().code, arguments);
+  MessageDispatcher("ErrorLevel", {.int1 = 0});
+  EXPECT_EQ(MessageDispatcher(GetParam().code, arguments), 1);
+  EXPECT_EQ(written(), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(TandP, CappedWarning,
+                         testing::Values(CappedCode{"T07", "             und weitere Strecken ............."},
+                                         CappedCode{"P17",
+                                                    "             und weitere Profile .............."}),
+                         [](const auto& tested) { return std::string(tested.param.code); });
+
+TEST_F(Catalogue, CountsTheCappedWarningsApart) {
+  const MessageArguments arguments{.text1 = "T04", .real1 = 0.5F, .real2 = 1.0F};
+  for (int i = 0; i < 6; ++i) MessageDispatcher("T07", arguments);
+  MessageDispatcher("P17", arguments);
+  const Lines lines = written();
+  EXPECT_EQ(std::ranges::count_if(lines, [](const auto& line) { return line.starts_with("T07"); }), 5);
+  EXPECT_EQ(std::ranges::count_if(lines, [](const auto& line) { return line.starts_with("P17"); }), 1);
+}
+
+TEST_F(Catalogue, ListsTenReachesUnderOneHeadingAProgramRun) {
+  const MessageArguments reach{.text1 = "T04  ", .real1 = 12.5F, .real2 = 103.0625F};
+  const std::string list_line = "               T04    12.500   103.062";
+  Lines first = {"T30 Bei folgenden Transportstrecken ist der ",
+                 german("    größte Abfluss der Gerinnekennlinie kleiner"),
+                 german("    als der größte berechnete Abfluss (cbm/s):"),
+                 "           Strecke Kennlinie berechnet", list_line};
+  EXPECT_EQ(message("T30", reach), first);
+  EXPECT_EQ(level, 2);
+
+  // A new protocol goes on with the same list: nine lines are left, the heading is not repeated.
+  init();
+  for (int i = 0; i < 12; ++i) EXPECT_EQ(MessageDispatcher("T30", reach), 2);
+  EXPECT_EQ(written(), Lines(9, list_line));
+}
+
+}  // namespace
