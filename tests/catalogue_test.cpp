@@ -437,7 +437,9 @@ struct CappedCode {
   std::string_view closing_line;
 };
 
-void PrintTo(const CappedCode& tested, std::ostream* out) { *out << tested.code; }
+void PrintTo(const CappedCode& tested, std::ostream* out) {
+  *out << tested.code;
+}
 
 class CappedWarning : public Catalogue, public testing::WithParamInterface<CappedCode> {};
 
