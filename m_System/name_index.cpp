@@ -1,7 +1,7 @@
 #include "name_index.h"
 
 #include <bit>
-#include <cstring>
+#include <cstddef>
 #include <optional>
 
 namespace m_System {
@@ -9,10 +9,13 @@ namespace {
 
 std::optional<NameIndex> current_index;
 
+// A direct table may hold this many cells an element and as many more.
+constexpr std::uint64_t cells_an_element = 12;
+constexpr std::uint64_t cells_at_any_rate = 4096;
+
 std::size_t hash_of(const ElementName& name) {
-  std::uint64_t key = 0;
-  std::memcpy(&key, name.bytes.data(), name.bytes.size());
   // The finaliser of MurmurHash3 (Austin Appleby, public domain) spreads the five bytes over the table.
+  std::uint64_t key = name.packed();
   key ^= key >> 33U;
   key *= 0xFF51AFD7ED558CCDU;
   key ^= key >> 33U;
@@ -21,23 +24,70 @@ std::size_t hash_of(const ElementName& name) {
   return static_cast<std::size_t>(key);
 }
 
-// The slot that holds the first element of that name, or the free one where it would stand.
-std::size_t slot_of(const NameIndex& index, const ElementName& name) {
-  const std::size_t mask = index.slots.size() - 1;
-  std::size_t slot = hash_of(name) & mask;
-  while (index.slots[slot] != 0 && !(system_logic.name.at(index.slots[slot]) == name))
-    slot = (slot + 1) & mask;
-  return slot;
+// The cell that holds the first element of that name, or the free one where it would stand.
+std::size_t hashed_cell(const NameIndex& index, const ElementName& name) {
+  const std::size_t mask = index.cells.size() - 1;
+  std::size_t cell = hash_of(name) & mask;
+  while (index.cells[cell] != 0 && !(system_logic.name.at(index.cells[cell]) == name))
+    cell = (cell + 1) & mask;
+  return cell;
+}
+
+std::uint32_t weight_of(const NameIndex& index, const ElementName& name, std::size_t place) {
+  return index.weight[place][static_cast<unsigned char>(name.bytes[place])];
+}
+
+// The number of cells that the characters of the names span, or more than `limit`. Sets the weights.
+std::uint64_t weigh_characters(NameIndex& index, const SystemLogic& logic, std::uint64_t limit) {
+  std::array<std::array<bool, 256>, NameIndex::name_length> met{};
+  for (std::int32_t i = 1; i <= logic.element_count; ++i) {
+    const ElementName& name = logic.name.at(i);
+    for (std::size_t place = 0; place < NameIndex::name_length; ++place) {
+      met[place][static_cast<unsigned char>(name.bytes[place])] = true;
+    }
+  }
+  std::uint64_t cells = 1;
+  for (std::size_t place = NameIndex::name_length; place-- > 0 && cells <= limit;) {
+    index.weight[place].fill(NameIndex::foreign);
+    std::uint64_t rank = 0;
+    for (std::size_t character = 0; character < met[place].size() && rank * cells <= limit; ++character) {
+      if (met[place][character]) index.weight[place][character] = static_cast<std::uint32_t>(rank++ * cells);
+    }
+    cells *= rank;
+  }
+  return cells;
+}
+
+void size_cells(NameIndex& index, const SystemLogic& logic) {
+  const auto count = static_cast<std::uint64_t>(logic.element_count);
+  const std::uint64_t limit = cells_an_element * count + cells_at_any_rate;
+  const std::uint64_t spanned = weigh_characters(index, logic, limit);
+  index.direct = spanned <= limit;
+  index.cells.resize(static_cast<std::size_t>(index.direct ? spanned : std::bit_ceil(2 * count)));
+}
+
+std::size_t direct_cell(const NameIndex& index, const ElementName& name) {
+  std::size_t cell = 0;
+  for (std::size_t place = 0; place < NameIndex::name_length; ++place) cell += weight_of(index, name, place);
+  return cell;
+}
+
+bool any_foreign_character(const NameIndex& index, const ElementName& name) {
+  for (std::size_t place = 0; place < NameIndex::name_length; ++place) {
+    if (weight_of(index, name, place) == NameIndex::foreign) return true;
+  }
+  return false;
 }
 
 }  // namespace
 
 NameIndex index_names(const SystemLogic& logic) {
   NameIndex index;
-  const auto count = static_cast<std::size_t>(logic.element_count);
-  index.slots.resize(std::bit_ceil(2 * count + 1));
+  if (logic.element_count < 1) return index;
+  size_cells(index, logic);
   for (std::int32_t i = 1; i <= logic.element_count; ++i) {
-    std::int32_t& first = index.slots[slot_of(index, logic.name.at(i))];
+    const ElementName& name = logic.name.at(i);
+    std::int32_t& first = index.cells[index.direct ? direct_cell(index, name) : hashed_cell(index, name)];
     if (first == 0) {
       first = i;
     } else {
@@ -48,7 +98,9 @@ NameIndex index_names(const SystemLogic& logic) {
 }
 
 std::int32_t first_of_name(const NameIndex& index, const ElementName& name) {
-  return index.slots[slot_of(index, name)];
+  if (index.cells.empty()) return 0;
+  if (!index.direct) return index.cells[hashed_cell(index, name)];
+  return any_foreign_character(index, name) ? 0 : index.cells[direct_cell(index, name)];
 }
 
 std::int32_t last_of_name(const NameIndex& index, const ElementName& name) {

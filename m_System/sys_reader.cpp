@@ -7,7 +7,6 @@
 #include "m_System.h"
 #include "m_WLM_error.h"
 #include "m_files.h"
-#include "m_strings.h"
 #include "name_index.h"
 #include "units.h"
 
@@ -26,17 +25,16 @@ bool is_type(char letter) {
 
 // A link stands at the beginning of its columns, or the columns up to `last` are blank. For the first and
 // the second inflow these reach over the inflows behind them: a gap before a later inflow is no element line.
-template <std::size_t First, std::size_t Last>
-bool is_link_or_blank(std::string_view line) {
-  const auto span = columns<First, Last>(line);
-  return is_type(span.first()) || m_strings::ClassifyField(span.view()) == 'B';
+bool is_link_or_blank(std::string_view line, std::size_t first, std::size_t last) {
+  if (line.size() < first) return true;
+  return is_type(line[first - 1]) || runtime::is_blank(line.substr(first - 1, last - first + 1));
 }
 
 // Headings, rulers and remarks hold no element type in column 36 and are passed over, as are "Z" elements.
 bool is_element_line(std::string_view line) {
   return runtime::trimmed_length(line) >= name_column && is_type(line[name_column - 1]) &&
-         is_link_or_blank<44, 60>(line) && is_link_or_blank<50, 60>(line) && is_link_or_blank<56, 60>(line) &&
-         is_link_or_blank<64, 68>(line) && is_link_or_blank<70, 74>(line);
+         is_link_or_blank(line, 44, 60) && is_link_or_blank(line, 50, 60) && is_link_or_blank(line, 56, 60) &&
+         is_link_or_blank(line, 64, 68) && is_link_or_blank(line, 70, 74);
 }
 
 std::optional<std::string_view> next_element_line(int unit) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace runtime {
@@ -57,8 +58,21 @@ struct FixedText {
   [[nodiscard]] constexpr bool blank() const { return is_blank(view()); }
   [[nodiscard]] constexpr char first() const { return bytes[0]; }
 
+  /// The characters of a short text as one number, to compare and to hash with.
+  [[nodiscard]] constexpr std::uint64_t packed() const {
+    static_assert(N <= sizeof(std::uint64_t));
+    std::uint64_t number = 0;
+    for (std::size_t i = 0; i < N; ++i)
+      number |= std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
+    return number;
+  }
+
   friend constexpr bool operator==(const FixedText& left, const FixedText& right) {
-    return left.bytes == right.bytes;
+    if constexpr (N <= sizeof(std::uint64_t)) {
+      return left.packed() == right.packed();
+    } else {
+      return left.bytes == right.bytes;
+    }
   }
   friend constexpr bool operator==(const FixedText& left, std::string_view right) {
     return equal_padded(left.view(), right);

@@ -205,8 +205,10 @@ class FormatParser {
     const std::size_t begin = result_.pool.size;
     do {
       rest_.remove_prefix(1);
-      const std::size_t end = rest_.find('\'');
-      if (end == std::string_view::npos) return fail();
+      // A plain loop: with the undefined-behaviour sanitizer g++ 12 takes find() for no constant expression.
+      std::size_t end = 0;
+      while (end < rest_.size() && rest_[end] != '\'') ++end;
+      if (end == rest_.size()) return fail();
       result_.pool.append(rest_.substr(0, end));
       rest_.remove_prefix(end + 1);
       if (peek() == '\'') result_.pool.append("'");
