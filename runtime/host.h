@@ -67,9 +67,10 @@ void set_host(Host* replacement);
 inline constexpr int standard_output_handle = 1;
 inline constexpr int standard_error_handle = 2;
 
-/// Makes the process safe for file work: a reader of standard output that goes away is an error of the
-/// write and not the end of the process, and a standard stream that the caller closed is not taken by the
-/// first file that is opened. Called once at the start of a program.
+/// Makes the process safe for file work: a reader of standard output that goes away, or a file that reaches
+/// the size the host allows, is an error of the write and not the end of the process, and a standard stream
+/// that the caller closed is not taken by the first file that is opened. Called once at the start of a
+/// program.
 void prepare_process();
 
 }  // namespace runtime

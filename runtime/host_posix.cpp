@@ -35,6 +35,13 @@ int flags_of(Access access) {
   return O_RDONLY;
 }
 
+// A pipe opened for both would be its own reader: what nobody reads would count as written.
+int flags_for(const std::string& path, Access access) {
+  struct stat status {};
+  const bool pipe = ::stat(path.c_str(), &status) == 0 && S_ISFIFO(status.st_mode);
+  return pipe && access != Access::read ? O_WRONLY : flags_of(access);
+}
+
 // Repeats a call that a signal interrupted.
 template <class Call>
 auto uninterrupted(Call call) {
@@ -57,7 +64,7 @@ class PosixHost final : public Host {
   int open(const std::string& path, Access access, std::error_code& reason) override {
     constexpr mode_t permissions = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
     // O_NONBLOCK: a named pipe without a partner is refused instead of waited for.
-    const int flags = flags_of(access) | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
+    const int flags = flags_for(path, access) | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
     const int handle = uninterrupted([&] { return ::open(path.c_str(), flags, permissions); });
     if (handle < 0) {
       reason = last_error();
@@ -154,6 +161,7 @@ void set_host(Host* replacement) {
 
 void prepare_process() {
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   // open() hands out the lowest free number: the loop ends with the first one past the standard streams.
   int handle = ::open("/dev/null", O_RDWR);
   while (handle >= 0 && handle <= standard_error_handle) handle = ::open("/dev/null", O_RDWR);

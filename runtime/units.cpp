@@ -60,6 +60,15 @@ struct Connection {
 
 using Connections = std::map<int, Connection>;
 
+// A reader and the protocol take turns over a few units: the last one asked for is at hand.
+int last_unit = -1;
+Connection* last_connection = nullptr;
+
+void forget_last_connection() {
+  last_unit = -1;
+  last_connection = nullptr;
+}
+
 Connections standard_units() {
   Connections units;
   Connection& input = units[5];
@@ -82,11 +91,14 @@ std::error_code reason_of(std::errc reason) {
 }
 
 Connection& connected(int unit, std::string_view operation) {
+  if (unit == last_unit && last_connection != nullptr) return *last_connection;
   Connections& units = connections();
   const auto found = units.find(unit);
   if (found == units.end()) {
     stop_on_io_error(operation, "Einheit " + std::to_string(unit), reason_of(std::errc::bad_file_descriptor));
   }
+  last_unit = unit;
+  last_connection = &found->second;
   return found->second;
 }
 
@@ -256,6 +268,7 @@ bool hand_over(Connection& connection, std::error_code& reason) {
     if (put <= 0) {
       // What could not be written is told once and not tried again on the way out.
       connection.pending.clear();
+      connection.inside_record = false;
       return false;
     }
     written += static_cast<std::size_t>(put);
@@ -288,8 +301,8 @@ void begin_writing(Connection& connection) {
   bool ready = !reason;
   if (ready && connection.facts.kind == FileKind::file) {
     const std::size_t kept = connection.next_record;
-    const bool longer = connection.facts.size > kept;
-    ready = (!longer || host().truncate(connection.handle, kept, reason)) &&
+    ready = host().facts(connection.handle, connection.facts, reason) &&
+            (connection.facts.size <= kept || host().truncate(connection.handle, kept, reason)) &&
             host().seek(connection.handle, kept, reason);
     if (kept > 0 && !ends_with_line_end(connection)) connection.pending += host().line_end();
   }
@@ -309,6 +322,7 @@ void end_writing(Connection& connection) {
 Connection& writable(int unit) {
   Connection& connection = connected(unit, "Schreiben");
   begin_writing(connection);
+  connection.past_end = false;
   return connection;
 }
 
@@ -381,10 +395,11 @@ void close(int unit, CloseStatus status) {
   if (found == units.end() || found->second.console) return;
   Connection connection = std::move(found->second);
   units.erase(found);
+  forget_last_connection();
   std::error_code reason;
   if (status == CloseStatus::remove) {
     host().close(connection.handle, reason);
-    host().remove(connection.path, reason);
+    if (!host().remove(connection.path, reason)) stop_on_io_error("Löschen"_w1252, connection.path, reason);
   } else if (!complete(connection, reason)) {
     stop_on_io_error("Schließen"_w1252, connection.path, reason);
   }
@@ -400,6 +415,7 @@ void close_all() {
       report_io_error("Schreiben", connection.path, reason);
     }
   }
+  forget_last_connection();
   std::erase_if(units, [](const auto& entry) { return !entry.second.console; });
 }
 
@@ -437,14 +453,20 @@ bool is_regular_file(std::string_view path) {
 
 ReadStatus read_line(int unit, std::size_t width, std::string_view& record) {
   Connection& connection = connected(unit, "Lesen");
-  if (connection.writing) return ReadStatus::end_of_file;
-  load(connection);
-  if (connection.next_record >= connection.size) {
+  if (!connection.writing) load(connection);
+  if (connection.writing || connection.next_record >= connection.size) {
     connection.past_end = true;
     return ReadStatus::end_of_file;
   }
   record = cut_record(connection).substr(0, width);
   return ReadStatus::good;
+}
+
+std::string_view unread_text(int unit) {
+  Connection& connection = connected(unit, "Lesen");
+  if (connection.writing) return {};
+  load(connection);
+  return {connection.data.get() + connection.next_record, connection.size - connection.next_record};
 }
 
 ReadStatus read_fields(std::string_view record, const Format& format, std::initializer_list<Target> targets) {
@@ -496,6 +518,7 @@ RecordPosition position(int unit) {
 
 void set_position(int unit, RecordPosition position) {
   Connection& connection = connected(unit, "Lesen");
+  end_writing(connection);
   load(connection);
   connection.next_record = std::min(position.byte, connection.size);
   connection.past_end = false;
