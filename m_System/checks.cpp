@@ -20,10 +20,6 @@ bool one_of(char letter, std::string_view letters) {
   return letters.find(letter) != std::string_view::npos;
 }
 
-bool is_blank(const ElementName& name) {
-  return m_strings::ClassifyField(name.view()) == 'B';
-}
-
 void report_names(std::string_view code, const ElementName& first) {
   Report(code, {.text1 = first.view()});
 }
@@ -67,12 +63,12 @@ void check_inflow_fields(std::int32_t i) {
   const auto& inflow = logic.inflow_name.at(i);
   if (one_of(logic.type.at(i), "NKE")) {
     for (std::int32_t k = 1; k <= inflow_slots; ++k) {
-      if (!is_blank(inflow.at(k))) report_names("Y05", name);
+      if (!inflow.at(k).blank()) report_names("Y05", name);
     }
     return;
   }
-  if (is_blank(inflow.at(1))) report_names("Y06", name);
-  if (is_blank(inflow.at(2)) && !is_blank(inflow.at(3))) report_names("Y07", name);
+  if (inflow.at(1).blank()) report_names("Y06", name);
+  if (inflow.at(2).blank() && !inflow.at(3).blank()) report_names("Y07", name);
 }
 
 void check_two_outflows(const ElementName& name, char type, bool first_given, bool second_given) {
@@ -84,8 +80,8 @@ void check_two_outflows(const ElementName& name, char type, bool first_given, bo
 void check_outflow_fields(std::int32_t i) {
   const SystemLogic& logic = system_logic;
   const ElementName& name = logic.name.at(i);
-  const bool first_given = !is_blank(logic.outflow_name.at(i).at(1));
-  const bool second_given = !is_blank(logic.outflow_name.at(i).at(2));
+  const bool first_given = !logic.outflow_name.at(i).at(1).blank();
+  const bool second_given = !logic.outflow_name.at(i).at(2).blank();
   const char type = logic.type.at(i);
   if (one_of(type, "NKETP")) {
     if (!first_given) report_names("Y08", name);
@@ -130,7 +126,7 @@ void check_inflow_link(std::int32_t i, std::int32_t k) {
   const ElementName& inflow = logic.inflow_name.at(i).at(k);
   const std::int32_t j = logic.inflow_index.at(i).at(k);
   if (j == 0) {
-    if (!is_blank(inflow)) report_names("Y21", inflow, name);
+    if (!inflow.blank()) report_names("Y21", inflow, name);
     return;
   }
   if (j >= i) report_names("Y23", inflow, name);
@@ -147,7 +143,7 @@ void check_outflow_link(std::int32_t i, std::int32_t k) {
   const ElementName& outflow = logic.outflow_name.at(i).at(k);
   const std::int32_t j = logic.outflow_index.at(i).at(k);
   if (j == 0) {
-    if (!last && !is_blank(outflow)) report_names("Y22", outflow, name);
+    if (!last && !outflow.blank()) report_names("Y22", outflow, name);
     return;
   }
   if (j <= i) report_names("Y24", outflow, name);

@@ -83,29 +83,34 @@ float value_of(const Mantissa& mantissa) {
   return sum * mantissa.sign;
 }
 
-// All bytes looked for lie above 127, and most lines hold none such: eight bytes are tested at once.
-bool any_upper_half(std::string_view text) {
-  constexpr std::uint64_t upper_bits = 0x8080808080808080U;
-  std::uint64_t seen = 0;
-  std::size_t i = 0;
-  for (; i + sizeof(seen) <= text.size(); i += sizeof(seen)) {
-    std::uint64_t bytes = 0;
-    std::memcpy(&bytes, text.data() + i, sizeof(bytes));
-    seen |= bytes;
-  }
-  bool any = (seen & upper_bits) != 0;
-  for (; i < text.size(); ++i) any = any || static_cast<unsigned char>(text[i]) > 127;
-  return any;
+constexpr std::array<bool, 256> oem_umlaut_table = [] {
+  std::array<bool, 256> table{};
+  for (const char umlaut : oem_umlauts) table[static_cast<unsigned char>(umlaut)] = true;
+  return table;
+}();
+
+bool any_oem_umlaut(std::string_view text) {
+  return std::ranges::any_of(text,
+                             [](char byte) { return oem_umlaut_table[static_cast<unsigned char>(byte)]; });
 }
 
-bool holds_oem_umlaut(std::string_view line) {
-  return any_upper_half(line) && line.find_first_of(oem_umlauts) != std::string_view::npos;
+// All bytes looked for lie above 127, and most files hold few of these: eight bytes are tested at once.
+bool may_hold_oem_umlaut(std::string_view text) {
+  constexpr std::uint64_t upper_bits = 0x8080808080808080U;
+  constexpr std::size_t step = sizeof(std::uint64_t);
+  for (; text.size() >= step; text.remove_prefix(step)) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, text.data(), step);
+    if ((bytes & upper_bits) != 0 && any_oem_umlaut(text.substr(0, step))) return true;
+  }
+  return any_oem_umlaut(text);
 }
 
 void scan_for_oem_umlauts(int unit) {
+  if (!may_hold_oem_umlaut(runtime::unread_text(unit))) return;
   std::string_view line;
   while (runtime::read_line(unit, oem_line_width, line) == runtime::ReadStatus::good) {
-    if (holds_oem_umlaut(line)) return;
+    if (any_oem_umlaut(line)) return;
   }
 }
 

@@ -4,32 +4,79 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
 namespace runtime {
 namespace {
 
-void append_right_justified(std::string& out, std::size_t width, std::string_view text) {
-  if (text.size() > width) {
-    out.append(width, '*');
-    return;
-  }
-  out.append(width - text.size(), ' ');
-  out.append(text);
+// The `put_` procedures write into memory that is known to be large enough and return the place behind.
+
+char* put_bytes(char* place, std::string_view bytes) {
+  if (bytes.empty()) return place;
+  std::memcpy(place, bytes.data(), bytes.size());
+  return place + bytes.size();
 }
 
-void append_not_finite(std::string& out, std::size_t width, double value) {
-  if (std::isnan(value)) return append_right_justified(out, width, "NaN");
+char* put_filled(char* place, std::size_t width, char character) {
+  std::memset(place, character, width);
+  return place + width;
+}
+
+char* put_right_justified(char* place, std::size_t width, std::string_view text) {
+  if (text.size() > width) return put_filled(place, width, '*');
+  return put_bytes(put_filled(place, width - text.size(), ' '), text);
+}
+
+// Decimal digits, written from the last one forward.
+struct DigitText {
+  static constexpr std::size_t capacity = 32;
+  std::array<char, capacity> bytes;
+  std::size_t begin = capacity;
+
+  void push(char character) { bytes[--begin] = character; }
+  template <class Unsigned>
+  void push_number(Unsigned number) {
+    for (; number > 0; number /= 10) push(static_cast<char>('0' + number % 10));
+  }
+  template <class Unsigned>
+  Unsigned push_digits(Unsigned number, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i, number /= 10) push(static_cast<char>('0' + number % 10));
+    return number;
+  }
+  [[nodiscard]] std::size_t size() const { return capacity - begin; }
+  [[nodiscard]] std::string_view view() const { return {bytes.data() + begin, size()}; }
+};
+
+std::uint64_t magnitude_of(std::int64_t value) {
+  return value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
+}
+
+char* put_integer(char* place, std::size_t width, std::size_t minimum, std::int64_t value) {
+  DigitText digits;
+  digits.push_number(magnitude_of(value));
+  // A plain Iw shows zero as one digit; Iw.m shows as many as it asks for.
+  const std::size_t shown = std::max({minimum, digits.size(), std::size_t{1}});
+  const std::size_t length = shown + (value < 0 ? 1 : 0);
+  if (width == 0) width = length;
+  if (length > width) return put_filled(place, width, '*');
+  place = put_filled(place, width - length, ' ');
+  if (value < 0) *place++ = '-';
+  return put_bytes(put_filled(place, shown - digits.size(), '0'), digits.view());
+}
+
+char* put_not_finite(char* place, std::size_t width, double value) {
+  if (std::isnan(value)) return put_right_justified(place, width, "NaN");
   const bool negative = value < 0;
   const std::string_view whole = negative ? "-Infinity" : "Infinity";
   const std::string_view brief = negative ? "-Inf" : "Inf";
-  append_right_justified(out, width, whole.size() <= width ? whole : brief);
+  return put_right_justified(place, width, whole.size() <= width ? whole : brief);
 }
 
 constexpr std::size_t fast_decimals = 9;
-constexpr std::array<double, fast_decimals + 1> power_of_ten = {
-    1.0, 10.0, 100.0, 1000.0, 10000.0, 100000.0, 1000000.0, 10000000.0, 100000000.0, 1000000000.0};
-// Below 2^53 every whole double is exact and converts to an integer.
-constexpr double fast_limit = 9007199254740992.0;
+constexpr std::array<double, fast_decimals + 1> power_of_ten = {1E0, 1E1, 1E2, 1E3, 1E4,
+                                                                1E5, 1E6, 1E7, 1E8, 1E9};
+// Below 2^52 a double keeps its halves, so that a tie is seen as one.
+constexpr double fast_limit = 4503599627370496.0;
 
 // True when value x 10^decimals is exact in double precision: a single-precision value has 24 significant
 // bits and 5^9 has 21.
@@ -38,33 +85,41 @@ bool scales_exactly(std::size_t decimals, double value) {
          std::abs(value) * power_of_ten[decimals] < fast_limit;
 }
 
+// To nearest, ties to even; for 0 .. fast_limit.
+std::uint64_t rounded(double value) {
+  const auto whole = static_cast<std::uint64_t>(value);
+  const double rest = value - static_cast<double>(whole);
+  const bool up = rest > 0.5 || (rest == 0.5 && whole % 2 == 1);
+  return whole + (up ? 1 : 0);
+}
+
+template <class Unsigned>
+void push_fixed(DigitText& digits, Unsigned scaled, std::size_t decimals, bool leading_zero) {
+  scaled = digits.push_digits(scaled, decimals);
+  digits.push('.');
+  if (scaled == 0 && leading_zero) digits.push('0');
+  digits.push_number(scaled);
+}
+
+// Sign, digits, point and decimals; the zero before the point when it fits or nothing else stands there.
+char* put_scaled(char* place, std::size_t width, std::size_t decimals, double value) {
+  const bool negative = std::signbit(value);
+  const std::uint64_t scaled = rounded(std::abs(value) * power_of_ten[decimals]);
+  const bool leading_zero = decimals == 0 || width >= decimals + 2 + (negative ? 1 : 0);
+  DigitText digits;
+  if (scaled <= 0xFFFFFFFF) {
+    push_fixed(digits, static_cast<std::uint32_t>(scaled), decimals, leading_zero);
+  } else {
+    push_fixed(digits, scaled, decimals, leading_zero);
+  }
+  if (negative) digits.push('-');
+  return put_right_justified(place, width, digits.view());
+}
+
 // 309 digits before the point, the point and as many decimals as a format can ask for.
 constexpr std::size_t exact_capacity = 309 + 1 + 9999;
 
-// Sign, digits, point and decimals with at least one digit before the point.
-void append_scaled(std::string& out, std::size_t width, std::size_t decimals, double value) {
-  std::array<char, 32> bytes;
-  std::size_t begin = bytes.size();
-  auto scaled = static_cast<std::uint64_t>(std::nearbyint(std::abs(value) * power_of_ten[decimals]));
-  for (std::size_t i = 0; i < decimals; ++i) {
-    bytes[--begin] = static_cast<char>('0' + scaled % 10);
-    scaled /= 10;
-  }
-  bytes[--begin] = '.';
-  const bool below_one = scaled == 0;
-  if (below_one) bytes[--begin] = '0';
-  while (scaled > 0) {
-    bytes[--begin] = static_cast<char>('0' + scaled % 10);
-    scaled /= 10;
-  }
-  const bool drop_zero =
-      below_one && decimals > 0 && bytes.size() - begin + (std::signbit(value) ? 1 : 0) > width;
-  if (drop_zero) ++begin;
-  if (std::signbit(value)) bytes[--begin] = '-';
-  append_right_justified(out, width, {bytes.data() + begin, bytes.size() - begin});
-}
-
-void append_exact(std::string& out, std::size_t width, std::size_t decimals, double value) {
+char* put_exact(char* place, std::size_t width, std::size_t decimals, double value) {
   std::array<char, exact_capacity> bytes;
   const auto end = std::to_chars(bytes.data(), bytes.data() + bytes.size(), std::abs(value),
                                  std::chars_format::fixed, static_cast<int>(decimals));
@@ -73,132 +128,130 @@ void append_exact(std::string& out, std::size_t width, std::size_t decimals, dou
   if (std::signbit(value)) text.insert(text.begin(), '-');
   const std::size_t zero = std::signbit(value) ? 1 : 0;
   if (text.size() > width && decimals > 0 && text.compare(zero, 2, "0.") == 0) text.erase(zero, 1);
-  append_right_justified(out, width, text);
+  return put_right_justified(place, width, text);
 }
 
-// Runs a format over one record after another. Columns that are only skipped stay unwritten until
-// something follows them.
-class RecordEditor {
- public:
-  RecordEditor(std::string& out, std::string_view line_end)
-      : out_(out), line_end_(line_end), record_(out.size()), column_(out.size()) {}
+char* put_fixed(char* place, std::size_t width, std::size_t decimals, double value) {
+  if (!std::isfinite(value)) return put_not_finite(place, width, value);
+  if (scales_exactly(decimals, value)) return put_scaled(place, width, decimals, value);
+  return put_exact(place, width, decimals, value);
+}
 
-  void skip(std::size_t columns) { column_ += columns; }
-  void tab(std::size_t column) { column_ = record_ + column - 1; }
-  void end_record() {
-    out_.append(line_end_);
-    record_ = column_ = out_.size();
-  }
+char* put_text(char* place, std::size_t width, std::string_view value) {
+  if (width == 0 || width == value.size()) return put_bytes(place, value);
+  if (width < value.size()) return put_bytes(place, value.substr(0, width));
+  return put_bytes(put_filled(place, width - value.size(), ' '), value);
+}
 
-  template <class Append>
-  void put(Append append) {
-    if (column_ == out_.size()) {
-      append(out_);
-      column_ = out_.size();
-    } else {
-      put_elsewhere(append);
-    }
-  }
-
- private:
-  template <class Append>
-  void put_elsewhere(Append append) {
-    if (column_ > out_.size()) {
-      out_.append(column_ - out_.size(), ' ');
-      append(out_);
-      column_ = out_.size();
-      return;
-    }
-    std::string piece;
-    append(piece);
-    out_.replace(column_, std::min(piece.size(), out_.size() - column_), piece);
-    column_ += piece.size();
-  }
-
-  std::string& out_;
-  std::string_view line_end_;
-  std::size_t record_;
-  std::size_t column_;
-};
-
-void append_value(std::string& out, const FormatItem& item, const Value& value) {
-  if (!fits(item, value.kind())) {
-    out.append(std::max<std::size_t>(item.width, 1), '*');
-    return;
-  }
+char* put_value(char* place, const FormatItem& item, const Value& value) {
+  if (!fits(item, value.kind())) return put_filled(place, std::max<std::size_t>(item.width, 1), '*');
   switch (item.edit) {
     case Edit::text:
-      return append_text(out, item.width, value.text());
+      return put_text(place, item.width, value.text());
     case Edit::integer:
-      return append_integer(out, item.width, item.decimals, value.integer());
+      return put_integer(place, item.width, item.decimals, value.integer());
     default:
-      return append_fixed(out, item.width, item.decimals, value.real());
+      return put_fixed(place, item.width, item.decimals, value.real());
   }
 }
+
+constexpr std::size_t most_integer_digits = 20;
+
+// The most bytes that a field of no given width takes.
+std::size_t open_width(const FormatItem& item, const Value& value) {
+  if (item.edit == Edit::text && value.kind() == Value::Kind::text) return value.text().size();
+  return 1 + std::max<std::size_t>(item.decimals, most_integer_digits);
+}
+
+std::size_t most_bytes(const Format& format, std::span<const Value> values, std::string_view line_end) {
+  std::size_t bytes = format.written_columns;
+  std::size_t next = 0;
+  for (const FormatItem& item : format.items) {
+    if (item.edit == Edit::slash) bytes += line_end.size();
+    if (!item.takes_value()) continue;
+    if (next == values.size()) break;
+    if (item.width == 0) bytes += open_width(item, values[next]);
+    ++next;
+  }
+  return bytes;
+}
+
+// One record after another. Columns that are only skipped stay unwritten until something follows them.
+class RecordWriter {
+ public:
+  explicit RecordWriter(char* place) : record_(place), column_(place), end_(place) {}
+
+  /// The place for the next field; columns skipped before it are blanks.
+  char* field() {
+    if (column_ > end_) end_ = put_filled(end_, static_cast<std::size_t>(column_ - end_), ' ');
+    return column_;
+  }
+  void written_to(char* place) {
+    column_ = place;
+    end_ = std::max(end_, place);
+  }
+  void skip(std::size_t columns) { column_ += columns; }
+  void tab(std::size_t column) { column_ = record_ + column - 1; }
+  void end_record(std::string_view line_end) { record_ = column_ = end_ = put_bytes(end_, line_end); }
+  [[nodiscard]] char* end() const { return end_; }
+
+ private:
+  char* record_;
+  char* column_;
+  char* end_;
+};
 
 }  // namespace
 
 void append_integer(std::string& out, std::size_t width, std::size_t minimum, std::int64_t value) {
-  std::array<char, 24> bytes;
-  const bool negative = value < 0;
-  std::uint64_t magnitude = static_cast<std::uint64_t>(value);
-  if (negative) magnitude = 0 - magnitude;
-  const auto end = std::to_chars(bytes.data(), bytes.data() + bytes.size(), magnitude);
-  const std::string_view digits(bytes.data(), static_cast<std::size_t>(end.ptr - bytes.data()));
-  const std::size_t zeros = minimum > digits.size() ? minimum - digits.size() : 0;
-  const std::size_t length = (negative ? 1 : 0) + zeros + digits.size();
-  if (width == 0) width = length;
-  if (length > width) {
-    out.append(width, '*');
-    return;
-  }
-  out.append(width - length, ' ');
-  if (negative) out.push_back('-');
-  out.append(zeros, '0');
-  out.append(digits);
+  const FormatItem item{.edit = Edit::integer,
+                        .width = static_cast<std::uint16_t>(width),
+                        .decimals = static_cast<std::uint16_t>(minimum)};
+  const Value field(value);
+  append_formatted(out, {{&item, 1}, {}, width}, {&field, 1}, {});
 }
 
 void append_fixed(std::string& out, std::size_t width, std::size_t decimals, double value) {
-  if (!std::isfinite(value)) return append_not_finite(out, width, value);
-  if (scales_exactly(decimals, value)) return append_scaled(out, width, decimals, value);
-  append_exact(out, width, decimals, value);
+  const FormatItem item{.edit = Edit::fixed,
+                        .width = static_cast<std::uint16_t>(width),
+                        .decimals = static_cast<std::uint16_t>(decimals)};
+  const Value field(value);
+  append_formatted(out, {{&item, 1}, {}, width}, {&field, 1}, {});
 }
 
 void append_text(std::string& out, std::size_t width, std::string_view value) {
-  if (width == 0) {
-    out.append(value);
-  } else if (value.size() >= width) {
-    out.append(value.substr(0, width));
-  } else {
-    out.append(width - value.size(), ' ');
-    out.append(value);
-  }
+  const FormatItem item{.edit = Edit::text, .width = static_cast<std::uint16_t>(width)};
+  const Value field(value);
+  append_formatted(out, {{&item, 1}, {}, width}, {&field, 1}, {});
 }
 
 void append_formatted(std::string& out, const Format& format, std::span<const Value> values,
                       std::string_view line_end) {
-  RecordEditor editor(out, line_end);
-  std::size_t next = 0;
+  const std::size_t begin = out.size();
+  out.resize(begin + most_bytes(format, values, line_end));
+  RecordWriter record(out.data() + begin);
+  auto value = values.begin();
   for (const FormatItem& item : format.items) {
     switch (item.edit) {
       case Edit::literal:
-        editor.put([&](std::string& target) { target.append(format.literal(item)); });
+        record.written_to(put_bytes(record.field(), format.literal(item)));
         break;
       case Edit::skip:
-        editor.skip(item.width);
+        record.skip(item.width);
         break;
       case Edit::tab:
-        editor.tab(item.width);
+        record.tab(item.width);
         break;
       case Edit::slash:
-        editor.end_record();
+        record.end_record(line_end);
         break;
       default:
-        if (next == values.size()) return;
-        editor.put([&](std::string& target) { append_value(target, item, values[next]); });
-        ++next;
+        if (value == values.end()) return out.resize(static_cast<std::size_t>(record.end() - out.data()));
+        record.written_to(put_value(record.field(), item, *value));
+        ++value;
     }
   }
+  out.resize(static_cast<std::size_t>(record.end() - out.data()));
 }
 
 }  // namespace runtime

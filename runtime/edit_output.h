@@ -15,24 +15,27 @@ class Value {
  public:
   enum class Kind : std::uint8_t { text, integer, real };
 
-  constexpr Value(std::string_view text) : kind_(Kind::text), text_(text) {}
-  constexpr Value(const char* text) : kind_(Kind::text), text_(text) {}
-  Value(const std::string& text) : kind_(Kind::text), text_(text) {}
-  constexpr Value(std::int32_t integer) : kind_(Kind::integer), integer_(integer) {}
-  constexpr Value(std::int64_t integer) : kind_(Kind::integer), integer_(integer) {}
-  constexpr Value(float real) : kind_(Kind::real), real_(static_cast<double>(real)) {}
-  constexpr Value(double real) : kind_(Kind::real), real_(real) {}
+  constexpr Value(std::string_view text) : text_(text), kind_(Kind::text) {}
+  constexpr Value(const char* text) : Value(std::string_view(text)) {}
+  Value(const std::string& text) : Value(std::string_view(text)) {}
+  constexpr Value(std::int32_t integer) : integer_(integer), kind_(Kind::integer) {}
+  constexpr Value(std::int64_t integer) : integer_(integer), kind_(Kind::integer) {}
+  constexpr Value(float real) : real_(static_cast<double>(real)), kind_(Kind::real) {}
+  constexpr Value(double real) : real_(real), kind_(Kind::real) {}
 
   [[nodiscard]] constexpr Kind kind() const { return kind_; }
+  /// The value; only that of the value's own kind may be asked for.
   [[nodiscard]] constexpr std::string_view text() const { return text_; }
   [[nodiscard]] constexpr std::int64_t integer() const { return integer_; }
   [[nodiscard]] constexpr double real() const { return real_; }
 
  private:
+  union {
+    std::string_view text_;
+    std::int64_t integer_;
+    double real_;
+  };
   Kind kind_;
-  std::string_view text_;
-  std::int64_t integer_ = 0;
-  double real_ = 0.0;
 };
 
 /// True when the format element can edit a value of that kind.

@@ -55,7 +55,13 @@ struct FixedText {
   [[nodiscard]] constexpr std::string_view view() const { return {bytes.data(), N}; }
   /// The characters without the trailing blanks; a view into this text.
   [[nodiscard]] constexpr std::string_view trimmed() const { return runtime::trimmed(view()); }
-  [[nodiscard]] constexpr bool blank() const { return is_blank(view()); }
+  [[nodiscard]] constexpr bool blank() const {
+    if constexpr (N <= sizeof(std::uint64_t)) {
+      return *this == FixedText();
+    } else {
+      return is_blank(view());
+    }
+  }
   [[nodiscard]] constexpr char first() const { return bytes[0]; }
 
   /// The characters of a short text as one number, to compare and to hash with.

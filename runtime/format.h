@@ -38,6 +38,9 @@ struct FormatItem {
 struct Format {
   std::span<const FormatItem> items;
   std::string_view pool;
+  /// The most bytes that one run of the format writes, without its whole texts, minimal-width numbers and
+  /// line ends.
+  std::size_t written_columns = 0;
 
   /// How many values the format takes.
   [[nodiscard]] constexpr std::size_t fields() const {
@@ -66,8 +69,20 @@ struct ParsedFormat {
   Cp1252Text<pool_capacity> pool;
   bool valid = false;
 
-  [[nodiscard]] constexpr Format view() const { return {{items.data(), item_count}, pool.view()}; }
+  [[nodiscard]] constexpr Format view() const;
 };
+
+/// The columns that the elements take when each stands behind the one before, or at its tab.
+constexpr std::size_t columns_of(std::span<const FormatItem> items) {
+  std::size_t columns = 0;
+  for (const FormatItem& item : items) columns += item.width;
+  return columns;
+}
+
+constexpr Format ParsedFormat::view() const {
+  const std::span<const FormatItem> used(items.data(), item_count);
+  return {used, pool.view(), columns_of(used)};
+}
 
 namespace detail {
 
@@ -120,18 +135,26 @@ class FormatParser {
     }
   }
 
-  // The elements up to and with the closing bracket.
+  // The elements up to and with the closing bracket, at least one. A comma stands between two of them;
+  // beside a slash it may be left out.
   constexpr void list() {
     while (result_.valid) {
+      element();
+      if (!result_.valid) return;
       skip_blanks();
       if (take(')')) return;
-      if (take(',')) continue;
-      if (rest_.empty()) return fail();
-      element();
+      if (take(',') || slash_ahead()) continue;
+      if (result_.items[result_.item_count - 1].edit != Edit::slash) return fail();
     }
   }
 
+  [[nodiscard]] constexpr bool slash_ahead() const {
+    const std::size_t place = rest_.find_first_not_of("0123456789 ");
+    return place != std::string_view::npos && rest_[place] == '/';
+  }
+
   constexpr void element() {
+    skip_blanks();
     if (peek() == '\'') return quoted();
     const bool counted = digit_ahead();
     const std::uint16_t count = number(1);
@@ -150,7 +173,7 @@ class FormatParser {
       case 'a':
       case 'A':
         rest_.remove_prefix(1);
-        return add({.edit = Edit::text, .width = number(0)}, count);
+        return text(count);
       case 'i':
       case 'I':
         rest_.remove_prefix(1);
@@ -178,6 +201,14 @@ class FormatParser {
     }
   }
 
+  constexpr void text(std::uint16_t count) {
+    skip_blanks();
+    const bool whole = !digit_ahead();
+    const std::uint16_t width = number(0);
+    if (!whole && width == 0) return fail();
+    add({.edit = Edit::text, .width = width}, count);
+  }
+
   constexpr void sized(Edit edit, std::uint16_t count) {
     skip_blanks();
     if (!digit_ahead()) return fail();
@@ -192,6 +223,7 @@ class FormatParser {
       return fail();
     }
     if (edit == Edit::fixed && width == 0) return fail();
+    if (edit == Edit::integer && width > 0 && decimals > width) return fail();
     add({.edit = edit, .width = width, .decimals = decimals}, count);
   }
 
@@ -245,7 +277,8 @@ inline constexpr auto stored_format = [] {
 template <SourceText notation>
 inline constexpr Format format{
     detail::stored_format<notation>.items,
-    {detail::stored_format<notation>.pool.data(), detail::stored_format<notation>.pool.size()}};
+    {detail::stored_format<notation>.pool.data(), detail::stored_format<notation>.pool.size()},
+    columns_of(detail::stored_format<notation>.items)};
 
 /// Parses a format that only the run knows. `valid` is false when the notation is wrong.
 constexpr ParsedFormat parse_format(std::string_view notation) {

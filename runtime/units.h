@@ -64,6 +64,10 @@ bool is_regular_file(std::string_view path);
 /// file `record` stays as it was. The view stays valid until the unit is closed or written to.
 ReadStatus read_line(int unit, std::size_t width, std::string_view& record);
 
+/// The records from the current one to the end of the file, line ends included, without reading on. Empty on
+/// a unit that is being written.
+std::string_view unread_text(int unit);
+
 /// Where one value of a formatted read goes.
 class Target {
  public:
