@@ -11,6 +11,7 @@
 #include "edit_input.h"
 #include "fixed_text.h"
 #include "host.h"
+#include "output_buffer.h"
 #include "paths.h"
 #include "stop.h"
 
@@ -55,7 +56,7 @@ struct Connection {
 
   bool writing = false;
   bool inside_record = false;
-  std::string pending;
+  OutputBuffer pending;
 };
 
 using Connections = std::map<int, Connection>;
@@ -339,6 +340,29 @@ bool complete(Connection& connection, std::error_code& reason) {
   return handed_over && closed;
 }
 
+struct CloseFault {
+  std::string path;
+  std::error_code reason;
+};
+
+// Frees the unit and completes or removes its file; the fault when that fails.
+std::optional<CloseFault> disconnect(int unit, CloseStatus status) {
+  Connections& units = connections();
+  const auto found = units.find(unit);
+  if (found == units.end() || found->second.console) return std::nullopt;
+  Connection connection = std::move(found->second);
+  units.erase(found);
+  forget_last_connection();
+  std::error_code reason;
+  if (status == CloseStatus::remove) {
+    host().close(connection.handle, reason);
+    if (host().remove(connection.path, reason)) return std::nullopt;
+  } else if (complete(connection, reason)) {
+    return std::nullopt;
+  }
+  return CloseFault{connection.path, reason};
+}
+
 std::string_view field_of(std::string_view record, std::size_t column, std::size_t width) {
   return column < record.size() ? record.substr(column, width) : std::string_view();
 }
@@ -390,19 +414,14 @@ bool try_open(int unit, std::string_view path, OpenStatus status) {
 }
 
 void close(int unit, CloseStatus status) {
-  Connections& units = connections();
-  const auto found = units.find(unit);
-  if (found == units.end() || found->second.console) return;
-  Connection connection = std::move(found->second);
-  units.erase(found);
-  forget_last_connection();
-  std::error_code reason;
-  if (status == CloseStatus::remove) {
-    host().close(connection.handle, reason);
-    if (!host().remove(connection.path, reason)) stop_on_io_error("Löschen"_w1252, connection.path, reason);
-  } else if (!complete(connection, reason)) {
-    stop_on_io_error("Schließen"_w1252, connection.path, reason);
-  }
+  const std::optional<CloseFault> fault = disconnect(unit, status);
+  if (!fault) return;
+  const bool removal = status == CloseStatus::remove;
+  stop_on_io_error(removal ? "Löschen"_w1252 : "Schließen"_w1252, fault->path, fault->reason);
+}
+
+bool try_close(int unit, CloseStatus status) {
+  return !disconnect(unit, status);
 }
 
 void close_all() {
@@ -449,6 +468,10 @@ bool file_exists(std::string_view path) {
 
 bool is_regular_file(std::string_view path) {
   return host().kind_of(path_of_existing(path)) == FileKind::file;
+}
+
+bool is_folder(std::string_view path) {
+  return host().kind_of(path_of_existing(path)) == FileKind::folder;
 }
 
 ReadStatus read_line(int unit, std::size_t width, std::string_view& record) {
@@ -526,8 +549,10 @@ void set_position(int unit, RecordPosition position) {
 
 void write(int unit, const Format& format, std::span<const Value> values) {
   Connection& connection = writable(unit);
-  append_formatted(connection.pending, format, values, host().line_end());
-  connection.pending += host().line_end();
+  const std::string_view line_end = host().line_end();
+  char* place = connection.pending.room(most_bytes(format, values, line_end) + line_end.size());
+  place = put_formatted(place, format, values, line_end);
+  connection.pending.take_up_to(std::copy(line_end.begin(), line_end.end(), place));
   connection.inside_record = false;
   hand_over_when_full(connection);
 }
@@ -549,6 +574,10 @@ void write_text(int unit, std::string_view text) {
   connection.pending += text;
   connection.inside_record = true;
   hand_over_when_full(connection);
+}
+
+void end_file(int unit) {
+  begin_writing(connected(unit, "Schreiben"));
 }
 
 void flush(int unit) {

@@ -44,6 +44,9 @@ bool try_open(int unit, std::string_view path, OpenStatus status);
 
 /// Completes the file and frees the unit. A unit that is not connected is left alone.
 void close(int unit, CloseStatus status = CloseStatus::keep);
+/// The same for a caller that asks for the status: false when the file cannot be completed or removed. The
+/// unit is free in every case.
+bool try_close(int unit, CloseStatus status);
 /// Completes and frees every unit but the standard ones, in their order. A file that cannot be completed is
 /// told on standard error; the others are completed all the same.
 void close_all();
@@ -58,6 +61,8 @@ std::optional<int> unit_of(std::string_view path);
 bool file_exists(std::string_view path);
 /// Whether a regular file stands there: not a folder, not a device.
 bool is_regular_file(std::string_view path);
+/// Whether a folder stands there.
+bool is_folder(std::string_view path);
 
 /// Reads the next record with "(a)" into a text of `width` characters: `record` becomes the record without
 /// its line end, cut at `width`; it is not padded, columns past its end count as blanks. At the end of the
@@ -119,6 +124,8 @@ void write(int unit, const Format& format, std::span<const Value> values);
 void write_line(int unit, std::string_view text);
 /// Writes the text without ending the record.
 void write_text(int unit, std::string_view text);
+/// Ends the file behind the current record: what followed it is gone, as after a write.
+void end_file(int unit);
 /// Hands everything written so far to the host. On standard output faults are passed over: a front-end that
 /// goes away does not end the run.
 void flush(int unit);
