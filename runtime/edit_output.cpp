@@ -11,20 +11,45 @@ namespace {
 
 // The `put_` procedures write into memory that is known to be large enough and return the place behind.
 
-char* put_bytes(char* place, std::string_view bytes) {
-  if (bytes.empty()) return place;
-  std::memcpy(place, bytes.data(), bytes.size());
-  return place + bytes.size();
+// Most fields are short: two overlapping pieces of a fixed size cost less than a call.
+template <class Piece>
+void copy_ends(char* place, const char* bytes, std::size_t count) {
+  Piece first = 0;
+  Piece last = 0;
+  std::memcpy(&first, bytes, sizeof(Piece));
+  std::memcpy(&last, bytes + count - sizeof(Piece), sizeof(Piece));
+  std::memcpy(place, &first, sizeof(Piece));
+  std::memcpy(place + count - sizeof(Piece), &last, sizeof(Piece));
 }
+
+char* put_bytes(char* place, std::string_view bytes) {
+  const std::size_t count = bytes.size();
+  if (count > 16) {
+    std::memcpy(place, bytes.data(), count);
+  } else if (count >= 8) {
+    copy_ends<std::uint64_t>(place, bytes.data(), count);
+  } else if (count >= 4) {
+    copy_ends<std::uint32_t>(place, bytes.data(), count);
+  } else {
+    for (std::size_t i = 0; i < count; ++i) place[i] = bytes[i];
+  }
+  return place + count;
+}
+
+constexpr std::string_view blanks = "                ";
 
 char* put_filled(char* place, std::size_t width, char character) {
   std::memset(place, character, width);
   return place + width;
 }
 
+char* put_blanks(char* place, std::size_t width) {
+  return width <= blanks.size() ? put_bytes(place, blanks.substr(0, width)) : put_filled(place, width, ' ');
+}
+
 char* put_right_justified(char* place, std::size_t width, std::string_view text) {
   if (text.size() > width) return put_filled(place, width, '*');
-  return put_bytes(put_filled(place, width - text.size(), ' '), text);
+  return put_bytes(put_blanks(place, width - text.size()), text);
 }
 
 // Decimal digits, written from the last one forward.
@@ -59,7 +84,7 @@ char* put_integer(char* place, std::size_t width, std::size_t minimum, std::int6
   const std::size_t length = shown + (value < 0 ? 1 : 0);
   if (width == 0) width = length;
   if (length > width) return put_filled(place, width, '*');
-  place = put_filled(place, width - length, ' ');
+  place = put_blanks(place, width - length);
   if (value < 0) *place++ = '-';
   return put_bytes(put_filled(place, shown - digits.size(), '0'), digits.view());
 }
@@ -140,7 +165,7 @@ char* put_fixed(char* place, std::size_t width, std::size_t decimals, double val
 char* put_text(char* place, std::size_t width, std::string_view value) {
   if (width == 0 || width == value.size()) return put_bytes(place, value);
   if (width < value.size()) return put_bytes(place, value.substr(0, width));
-  return put_bytes(put_filled(place, width - value.size(), ' '), value);
+  return put_bytes(put_blanks(place, width - value.size()), value);
 }
 
 char* put_value(char* place, const FormatItem& item, const Value& value) {
@@ -163,19 +188,6 @@ std::size_t open_width(const FormatItem& item, const Value& value) {
   return 1 + std::max<std::size_t>(item.decimals, most_integer_digits);
 }
 
-std::size_t most_bytes(const Format& format, std::span<const Value> values, std::string_view line_end) {
-  std::size_t bytes = format.written_columns;
-  std::size_t next = 0;
-  for (const FormatItem& item : format.items) {
-    if (item.edit == Edit::slash) bytes += line_end.size();
-    if (!item.takes_value()) continue;
-    if (next == values.size()) break;
-    if (item.width == 0) bytes += open_width(item, values[next]);
-    ++next;
-  }
-  return bytes;
-}
-
 // One record after another. Columns that are only skipped stay unwritten until something follows them.
 class RecordWriter {
  public:
@@ -183,7 +195,7 @@ class RecordWriter {
 
   /// The place for the next field; columns skipped before it are blanks.
   char* field() {
-    if (column_ > end_) end_ = put_filled(end_, static_cast<std::size_t>(column_ - end_), ' ');
+    if (column_ > end_) end_ = put_blanks(end_, static_cast<std::size_t>(column_ - end_));
     return column_;
   }
   void written_to(char* place) {
@@ -225,11 +237,22 @@ void append_text(std::string& out, std::size_t width, std::string_view value) {
   append_formatted(out, {{&item, 1}, {}, width}, {&field, 1}, {});
 }
 
-void append_formatted(std::string& out, const Format& format, std::span<const Value> values,
-                      std::string_view line_end) {
-  const std::size_t begin = out.size();
-  out.resize(begin + most_bytes(format, values, line_end));
-  RecordWriter record(out.data() + begin);
+std::size_t most_bytes(const Format& format, std::span<const Value> values, std::string_view line_end) {
+  std::size_t bytes = format.written_columns;
+  std::size_t next = 0;
+  for (const FormatItem& item : format.items) {
+    if (item.edit == Edit::slash) bytes += line_end.size();
+    if (!item.takes_value()) continue;
+    if (next == values.size()) break;
+    if (item.width == 0) bytes += open_width(item, values[next]);
+    ++next;
+  }
+  return bytes;
+}
+
+char* put_formatted(char* place, const Format& format, std::span<const Value> values,
+                    std::string_view line_end) {
+  RecordWriter record(place);
   auto value = values.begin();
   for (const FormatItem& item : format.items) {
     switch (item.edit) {
@@ -246,12 +269,20 @@ void append_formatted(std::string& out, const Format& format, std::span<const Va
         record.end_record(line_end);
         break;
       default:
-        if (value == values.end()) return out.resize(static_cast<std::size_t>(record.end() - out.data()));
+        if (value == values.end()) return record.end();
         record.written_to(put_value(record.field(), item, *value));
         ++value;
     }
   }
-  out.resize(static_cast<std::size_t>(record.end() - out.data()));
+  return record.end();
+}
+
+void append_formatted(std::string& out, const Format& format, std::span<const Value> values,
+                      std::string_view line_end) {
+  const std::size_t begin = out.size();
+  out.resize(begin + most_bytes(format, values, line_end));
+  const char* end = put_formatted(out.data() + begin, format, values, line_end);
+  out.resize(static_cast<std::size_t>(end - out.data()));
 }
 
 }  // namespace runtime

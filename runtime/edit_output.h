@@ -65,10 +65,18 @@ void append_fixed(std::string& out, std::size_t width, std::size_t decimals, dou
 /// `A` (width 0: the whole text) or `An`: the first n characters, or the text right-justified.
 void append_text(std::string& out, std::size_t width, std::string_view value);
 
-/// Appends the values in the given format, each record but the last followed by `line_end`.
+/// The most bytes that the values take in the given format.
+std::size_t most_bytes(const Format& format, std::span<const Value> values, std::string_view line_end);
+
+/// Writes the values in the given format, each record but the last followed by `line_end`, into memory with
+/// room for `most_bytes` and returns the place behind.
 /// Writing stops at the first field for which no value is left; the rest of the format is dropped.
 /// A value of the wrong kind for its field, or a value left over, is a fault of the caller: the field is
 /// filled with asterisks, the value left over is not written.
+char* put_formatted(char* place, const Format& format, std::span<const Value> values,
+                    std::string_view line_end);
+
+/// The same behind the end of a text.
 void append_formatted(std::string& out, const Format& format, std::span<const Value> values,
                       std::string_view line_end);
 

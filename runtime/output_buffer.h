@@ -1,0 +1,49 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+namespace runtime {
+
+/// Bytes on their way to a file. Room is asked for once a record and written into directly; unlike a string
+/// it is not filled before.
+class OutputBuffer {
+ public:
+  [[nodiscard]] const char* data() const { return bytes_.get(); }
+  [[nodiscard]] std::size_t size() const { return size_; }
+  void clear() { size_ = 0; }
+
+  /// The place behind the last byte, with room for `count` more.
+  char* room(std::size_t count) {
+    if (capacity_ - size_ < count) grow(count);
+    return bytes_.get() + size_;
+  }
+  /// Takes the bytes up to `end`, which were written into the room.
+  void take_up_to(const char* end) { size_ = static_cast<std::size_t>(end - bytes_.get()); }
+
+  OutputBuffer& operator+=(std::string_view text) {
+    char* place = room(text.size());
+    take_up_to(std::copy(text.begin(), text.end(), place));
+    return *this;
+  }
+
+ private:
+  static constexpr std::size_t least_growth = std::size_t{1} << 16U;
+
+  void grow(std::size_t count) {
+    const std::size_t capacity = std::max(size_ + count, capacity_ + std::max(capacity_, least_growth));
+    std::unique_ptr<char[]> bytes(new char[capacity]);
+    std::copy_n(bytes_.get(), size_, bytes.get());
+    bytes_ = std::move(bytes);
+    capacity_ = capacity;
+  }
+
+  std::unique_ptr<char[]> bytes_;
+  std::size_t size_ = 0;
+  std::size_t capacity_ = 0;
+};
+
+}  // namespace runtime
