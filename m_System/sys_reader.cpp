@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "fixed_text.h"
 #include "m_System.h"
@@ -37,12 +37,15 @@ bool is_element_line(std::string_view line) {
          is_link_or_blank(line, 64, 68) && is_link_or_blank(line, 70, 74);
 }
 
-std::optional<std::string_view> next_element_line(int unit) {
+// The element lines of the file; views that stay valid while the unit is open.
+std::vector<std::string_view> element_lines(int unit) {
+  std::vector<std::string_view> lines;
   std::string_view line;
   while (runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good) {
-    if (is_element_line(line)) return line;
+    if (is_element_line(line)) lines.push_back(line);
   }
-  return std::nullopt;
+  runtime::rewind(unit);
+  return lines;
 }
 
 void count_type(SystemLogic& logic, char type) {
@@ -70,6 +73,13 @@ void count_type(SystemLogic& logic, char type) {
   }
 }
 
+void count_elements(const std::vector<std::string_view>& lines) {
+  SystemLogic& logic = system_logic;
+  logic.total_count = static_cast<std::int32_t>(lines.size());
+  logic.count_N = logic.count_K = logic.count_E = logic.count_T = logic.count_V = logic.count_B = 0;
+  for (const std::string_view line : lines) count_type(logic, line[name_column - 1]);
+}
+
 void store_element(SystemLogic& logic, std::int32_t i, std::string_view line) {
   logic.name.at(i) = columns<36, 40>(line);
   logic.type.at(i) = logic.name.at(i).first();
@@ -80,12 +90,13 @@ void store_element(SystemLogic& logic, std::int32_t i, std::string_view line) {
   logic.outflow_name.at(i) = {{columns<64, 68>(line), columns<70, 74>(line)}};
 }
 
-void read_elements(int unit) {
+// The lines behind the element that ends the system are counted, but not stored.
+void store_elements(const std::vector<std::string_view>& lines) {
   SystemLogic& logic = system_logic;
   std::int32_t i = 0;
-  while (const auto line = next_element_line(unit)) {
+  for (const std::string_view line : lines) {
     ++i;
-    store_element(logic, i, *line);
+    store_element(logic, i, line);
     if (logic.outflow_name.at(i).at(1) == "ENDE") return;
   }
 }
@@ -129,26 +140,20 @@ void link_and_list_elements() {
 }  // namespace
 
 void CountElements(int unit) {
-  SystemLogic& logic = system_logic;
-  logic.total_count = 0;
-  logic.count_N = logic.count_K = logic.count_E = logic.count_T = logic.count_V = logic.count_B = 0;
-  while (const auto line = next_element_line(unit)) {
-    ++logic.total_count;
-    count_type(logic, (*line)[name_column - 1]);
-  }
-  runtime::rewind(unit);
+  count_elements(element_lines(unit));
 }
 
 void ReadSystemFile(std::string_view variant_name) {
   const int unit = OpenInputFile(file_name_of(variant_name, ".sys"));
   if (unit == 0) return;
-  CountElements(unit);
+  const std::vector<std::string_view> lines = element_lines(unit);
+  count_elements(lines);
   m_WLM_error::ErrorLevel = std::max(m_WLM_error::ErrorLevel, AllocateSystemTables());
   if (m_WLM_error::ErrorLevel > 1) {
     runtime::close(unit);
     return;
   }
-  read_elements(unit);
+  store_elements(lines);
   link_and_list_elements();
   CheckSystemLogic();
   runtime::close(unit);
