@@ -38,6 +38,8 @@ constexpr DecodedCharacter decode_utf8(std::string_view text) {
     if ((byte(i) & 0xC0U) != 0x80U) return {};
     code_point = (code_point << 6U) | (byte(i) & 0x3FU);
   }
+  // A longer form than the character needs is malformed.
+  if (code_point < (size == 2 ? 0x80U : 0x800U)) return {};
   return {code_point, size};
 }
 

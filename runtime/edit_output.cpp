@@ -106,8 +106,8 @@ constexpr double fast_limit = 4503599627370496.0;
 // True when value x 10^decimals is exact in double precision: a single-precision value has 24 significant
 // bits and 5^9 has 21.
 bool scales_exactly(std::size_t decimals, double value) {
-  return decimals <= fast_decimals && static_cast<double>(static_cast<float>(value)) == value &&
-         std::abs(value) * power_of_ten[decimals] < fast_limit;
+  return decimals <= fast_decimals && std::abs(value) * power_of_ten[decimals] < fast_limit &&
+         static_cast<double>(static_cast<float>(value)) == value;
 }
 
 // To nearest, ties to even; for 0 .. fast_limit.
