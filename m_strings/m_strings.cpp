@@ -9,20 +9,33 @@
 #include "edit_input.h"
 #include "fixed_text.h"
 #include "units.h"
+#include "upper_case.h"
 
 namespace m_strings {
 namespace {
 
 using namespace runtime::literals;
 
-constexpr std::string_view lower_case = "abcdefghijklmnopqrstuvwxyzäöü"_w1252;
-constexpr std::string_view upper_case = "ABCDEFGHIJKLMNOPQRSTUVWXYZÄÖÜ"_w1252;
 // Ä, Ö, Ü, ä, ö, Ø and ß in the DOS code page.
 constexpr std::string_view oem_umlauts = "\x8E\x99\x9A\x84\x94\x9D\xE1";
 constexpr std::size_t oem_line_width = 2000;
 
 constexpr bool is_digit(char character) {
   return character >= '0' && character <= '9';
+}
+
+// The powers that the columns of the input files need, worked out beforehand.
+constexpr std::int32_t table_reach = 10;
+constexpr auto powers_of_ten = [] {
+  std::array<float, 2 * table_reach + 1> powers{};
+  std::int32_t exponent = -table_reach;
+  for (float& power : powers) power = runtime::integer_power(10.0F, exponent++);
+  return powers;
+}();
+
+float power_of_ten(std::int32_t exponent) {
+  if (exponent < -table_reach || exponent > table_reach) return runtime::integer_power(10.0F, exponent);
+  return powers_of_ten[static_cast<std::size_t>(exponent + table_reach)];
 }
 
 float digit_value(char digit) {
@@ -39,10 +52,14 @@ std::string_view view_of(std::span<const char> text) {
   return {text.data(), text.size()};
 }
 
+bool is_exponent_letter(char character) {
+  return character == 'E' || character == 'e';
+}
+
 constexpr std::size_t exponent_columns = 5;
 
 std::int32_t exponent_of(std::span<char> text) {
-  if (view_of(text).find_first_of("Ee") == std::string_view::npos) return 0;
+  if (std::ranges::none_of(text, is_exponent_letter)) return 0;
   ToUpper(text);
   const std::string_view trimmed = runtime::trimmed(view_of(text));
   const std::string_view behind = trimmed.substr(trimmed.find('E') + 1);
@@ -74,11 +91,11 @@ Mantissa mantissa_at(std::string_view text, std::size_t first_digit) {
 float value_of(const Mantissa& mantissa) {
   float sum = 0.0F;
   auto power = static_cast<std::int32_t>(mantissa.whole.size());
-  for (const char digit : mantissa.whole) sum += digit_value(digit) * runtime::integer_power(10.0F, --power);
+  for (const char digit : mantissa.whole) sum += digit_value(digit) * power_of_ten(--power);
   std::int32_t place = 0;
   for (const char digit : mantissa.fraction) {
     ++place;
-    sum += digit_value(digit) * (place == 1 ? 0.1F : runtime::integer_power(10.0F, -place));
+    sum += digit_value(digit) * (place == 1 ? 0.1F : power_of_ten(-place));
   }
   return sum * mantissa.sign;
 }
@@ -123,11 +140,7 @@ int free_unit_from(int start) {
 }  // namespace
 
 void ToUpper(std::span<char> text) {
-  const std::size_t length = runtime::trimmed_length(view_of(text));
-  for (char& character : text.first(length)) {
-    const std::size_t place = lower_case.find(character);
-    if (place != std::string_view::npos) character = upper_case[place];
-  }
+  runtime::upper_case(text);
 }
 
 char ClassifyField(std::string_view text, char decimal) {
@@ -150,9 +163,16 @@ float ParseReal(std::span<char> text, std::int32_t* comma_flag) {
   if (comma_flag != nullptr && replace_commas(text)) *comma_flag = 1;
   const std::int32_t exponent = exponent_of(text);
   const std::string_view view = view_of(text);
-  const std::size_t first_digit = view.find_first_of("0123456789");
-  if (first_digit == std::string_view::npos) return 0.0F;
-  return value_of(mantissa_at(view, first_digit)) * runtime::integer_power(10.0F, exponent);
+  const auto digit = std::ranges::find_if(view, is_digit);
+  if (digit == view.end()) return 0.0F;
+  const auto first_digit = static_cast<std::size_t>(digit - view.begin());
+  return value_of(mantissa_at(view, first_digit)) * power_of_ten(exponent);
+}
+
+std::int32_t DecimalsAfterPoint(std::string_view text) {
+  const std::size_t point = text.find('.');
+  if (point == std::string_view::npos) return 0;
+  return static_cast<std::int32_t>(runtime::trimmed_length(text) - (point + 1));
 }
 
 std::int32_t ContainsOemUmlauts(std::string_view file_name, std::optional<int> unit) {

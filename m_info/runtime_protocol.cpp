@@ -1,0 +1,116 @@
+#include "host.h"
+#include "m_files.h"
+#include "m_info.h"
+#include "units.h"
+
+namespace m_info {
+
+RuntimeProtocol protocol;
+
+namespace {
+
+constexpr int first_protocol_unit = 200;
+constexpr std::size_t protocol_line_width = 200;
+constexpr std::string_view protocol_file = "runtime.pkl";
+
+// The suite's counts are 32 bits wide and wrap around; so do their differences.
+std::int32_t wrapped(std::int64_t value) {
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::uint64_t>(value)));
+}
+
+std::int32_t clock_count() {
+  return wrapped(runtime::host().clock_ticks());
+}
+
+bool is_counter(std::int32_t number) {
+  return number >= 1 && number <= counter_count;
+}
+
+bool is_timer(std::int32_t number) {
+  return number >= 1 && number <= timer_count;
+}
+
+void open_protocol() {
+  protocol.runtime_unit = m_files::free_unit(first_protocol_unit);
+  if (!runtime::file_exists(protocol_file)) {
+    runtime::open(protocol.runtime_unit, protocol_file, runtime::OpenStatus::fresh);
+    return;
+  }
+  runtime::open(protocol.runtime_unit, protocol_file, runtime::OpenStatus::old);
+  auto status = runtime::ReadStatus::good;
+  std::string_view line;
+  while (status == runtime::ReadStatus::good) {
+    status = runtime::read_line(protocol.runtime_unit, protocol_line_width, line);
+  }
+  runtime::backspace(protocol.runtime_unit);
+}
+
+void write_text(std::string_view text) {
+  runtime::write(protocol.runtime_unit, runtime::format<"(a    )">, {runtime::trimmed(text)});
+}
+
+void write_counter(std::int32_t number) {
+  if (!is_counter(number)) return;
+  runtime::write(protocol.runtime_unit, runtime::format<"(a,i2.2,a,i10)">,
+                 {"N(", number, ") = ", protocol.counters.at(number)});
+}
+
+void write_timer(std::int32_t number) {
+  if (!is_timer(number)) return;
+  const std::int64_t ticks = protocol.timers.at(number);
+  const std::int64_t rate = runtime::host().ticks_per_second();
+  const std::int64_t milliseconds = ticks * (rate / 1000);
+  const double seconds = rate > 0 ? static_cast<double>(ticks) / static_cast<double>(rate) : 0.0;
+  runtime::write(protocol.runtime_unit,
+                 runtime::format<"('Zeit',i3,' : ',i2.2,':',i2.2,':',i2.2,'.',i3.3,f12.3)">,
+                 {number, milliseconds / 3'600'000, milliseconds % 3'600'000 / 60'000,
+                  milliseconds % 60'000 / 1'000, milliseconds % 1'000, seconds});
+}
+
+void set_counter(std::int32_t number) {
+  if (number == 0) protocol.counters = {};
+  if (is_counter(number)) protocol.counters.at(number) = 0;
+}
+
+void set_timer(std::int32_t number) {
+  if (number == 0) protocol.timers = {};
+  if (is_timer(number)) protocol.timer_start.at(number) = clock_count();
+}
+
+void count_up(std::int32_t number) {
+  if (!is_counter(number)) return;
+  protocol.counters.at(number) = wrapped(std::int64_t{protocol.counters.at(number)} + 1);
+}
+
+void add_time(std::int32_t number) {
+  if (!is_timer(number)) return;
+  const std::int32_t now = clock_count();
+  protocol.timer_last.at(number) = now;
+  const std::int32_t elapsed = wrapped(std::int64_t{now} - protocol.timer_start.at(number));
+  protocol.timers.at(number) = wrapped(std::int64_t{protocol.timers.at(number)} + elapsed);
+}
+
+}  // namespace
+
+void runtime_protocol(std::string_view command, std::optional<std::string_view> text,
+                      std::optional<std::int32_t> counter, std::optional<std::int32_t> timer) {
+  if (command.starts_with("WRITE")) {
+    if (protocol.runtime_unit == 0) open_protocol();
+    if (text) write_text(*text);
+    if (counter) write_counter(*counter);
+    if (timer) write_timer(*timer);
+  } else if (command.starts_with("CLOSE")) {
+    if (protocol.runtime_unit > 0) runtime::close(protocol.runtime_unit);
+  } else if (command.starts_with("SET")) {
+    if (counter) set_counter(*counter);
+    if (timer) set_timer(*timer);
+  } else if (command.starts_with("ADD")) {
+    if (counter) {
+      count_up(*counter);
+    } else if (timer) {
+      add_time(*timer);
+    }
+  }
+}
+
+}  // namespace m_info
