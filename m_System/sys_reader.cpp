@@ -23,17 +23,27 @@ bool is_type(char letter) {
   return element_types.find(letter) != std::string_view::npos;
 }
 
-// A link stands at the beginning of its columns, or the columns up to `last` are blank. For the first and
-// the second inflow these reach over the inflows behind them: a gap before a later inflow is no element line.
+bool holds_type(std::string_view line, std::size_t column) {
+  return line.size() >= column && is_type(line[column - 1]);
+}
+
+bool is_blank(std::string_view line, std::size_t first, std::size_t last) {
+  return line.size() < first || runtime::is_blank(line.substr(first - 1, last - first + 1));
+}
+
 bool is_link_or_blank(std::string_view line, std::size_t first, std::size_t last) {
-  if (line.size() < first) return true;
-  return is_type(line[first - 1]) || runtime::is_blank(line.substr(first - 1, last - first + 1));
+  return holds_type(line, first) || is_blank(line, first, last);
+}
+
+// Without a first inflow the columns of all three are blank: a gap before a later one is no element line.
+bool inflows_stand_right(std::string_view line) {
+  if (!holds_type(line, 44)) return is_blank(line, 44, 60);
+  return is_link_or_blank(line, 50, 60) && is_link_or_blank(line, 56, 60);
 }
 
 // Headings, rulers and remarks hold no element type in column 36 and are passed over, as are "Z" elements.
 bool is_element_line(std::string_view line) {
-  return runtime::trimmed_length(line) >= name_column && is_type(line[name_column - 1]) &&
-         is_link_or_blank(line, 44, 60) && is_link_or_blank(line, 50, 60) && is_link_or_blank(line, 56, 60) &&
+  return line.size() >= name_column && is_type(line[name_column - 1]) && inflows_stand_right(line) &&
          is_link_or_blank(line, 64, 68) && is_link_or_blank(line, 70, 74);
 }
 

@@ -52,41 +52,69 @@ char* put_right_justified(char* place, std::size_t width, std::string_view text)
   return put_bytes(put_blanks(place, width - text.size()), text);
 }
 
-// Decimal digits, written from the last one forward.
-struct DigitText {
-  static constexpr std::size_t capacity = 32;
-  std::array<char, capacity> bytes;
-  std::size_t begin = capacity;
+// A field that is filled from its last column forward; more than it holds turns it into asterisks.
+class FieldFromBehind {
+ public:
+  FieldFromBehind(char* place, std::size_t width) : first_(place), next_(place + width), end_(next_) {}
 
-  void push(char character) { bytes[--begin] = character; }
-  template <class Unsigned>
-  void push_number(Unsigned number) {
-    for (; number > 0; number /= 10) push(static_cast<char>('0' + number % 10));
+  void push(char character) {
+    if (next_ == first_) {
+      overflow_ = true;
+    } else {
+      *--next_ = character;
+    }
   }
   template <class Unsigned>
   Unsigned push_digits(Unsigned number, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i, number /= 10) push(static_cast<char>('0' + number % 10));
     return number;
   }
-  [[nodiscard]] std::size_t size() const { return capacity - begin; }
-  [[nodiscard]] std::string_view view() const { return {bytes.data() + begin, size()}; }
+  template <class Unsigned>
+  void push_number(Unsigned number) {
+    for (; number > 0 && !overflow_; number /= 10) push(static_cast<char>('0' + number % 10));
+  }
+  [[nodiscard]] std::size_t columns_left() const { return static_cast<std::size_t>(next_ - first_); }
+
+  /// Blanks before what was written, or asterisks; the place behind the field.
+  char* finish() {
+    if (overflow_) return put_filled(first_, static_cast<std::size_t>(end_ - first_), '*');
+    while (next_ != first_) *--next_ = ' ';
+    return end_;
+  }
+
+ private:
+  char* first_;
+  char* next_;
+  char* end_;
+  bool overflow_ = false;
 };
 
 std::uint64_t magnitude_of(std::int64_t value) {
   return value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
 }
 
+std::size_t digit_count(std::uint64_t number) {
+  std::size_t count = 1;
+  for (; number > 9; number /= 10) ++count;
+  return count;
+}
+
+// Numbers below 2^32 are cut into digits with the quicker division.
+constexpr std::uint64_t short_limit = 0xFFFFFFFF;
+
 char* put_integer(char* place, std::size_t width, std::size_t minimum, std::int64_t value) {
-  DigitText digits;
-  digits.push_number(magnitude_of(value));
+  const std::uint64_t magnitude = magnitude_of(value);
   // A plain Iw shows zero as one digit; Iw.m shows as many as it asks for.
-  const std::size_t shown = std::max({minimum, digits.size(), std::size_t{1}});
-  const std::size_t length = shown + (value < 0 ? 1 : 0);
-  if (width == 0) width = length;
-  if (length > width) return put_filled(place, width, '*');
-  place = put_blanks(place, width - length);
-  if (value < 0) *place++ = '-';
-  return put_bytes(put_filled(place, shown - digits.size(), '0'), digits.view());
+  minimum = std::max<std::size_t>(minimum, 1);
+  if (width == 0) width = std::max(minimum, digit_count(magnitude)) + (value < 0 ? 1 : 0);
+  FieldFromBehind field(place, width);
+  if (magnitude <= short_limit) {
+    field.push_number(field.push_digits(static_cast<std::uint32_t>(magnitude), minimum));
+  } else {
+    field.push_number(field.push_digits(magnitude, minimum));
+  }
+  if (value < 0) field.push('-');
+  return field.finish();
 }
 
 char* put_not_finite(char* place, std::size_t width, double value) {
@@ -119,26 +147,25 @@ std::uint64_t rounded(double value) {
 }
 
 template <class Unsigned>
-void push_fixed(DigitText& digits, Unsigned scaled, std::size_t decimals, bool leading_zero) {
-  scaled = digits.push_digits(scaled, decimals);
-  digits.push('.');
-  if (scaled == 0 && leading_zero) digits.push('0');
-  digits.push_number(scaled);
+void push_fixed(FieldFromBehind& field, Unsigned scaled, std::size_t decimals, bool negative) {
+  scaled = field.push_digits(scaled, decimals);
+  field.push('.');
+  // The zero before the point stands when it fits, or when nothing else would stand there.
+  const bool leading_zero = decimals == 0 || field.columns_left() >= (negative ? 2U : 1U);
+  if (scaled == 0 && leading_zero) field.push('0');
+  field.push_number(scaled);
+  if (negative) field.push('-');
 }
 
-// Sign, digits, point and decimals; the zero before the point when it fits or nothing else stands there.
 char* put_scaled(char* place, std::size_t width, std::size_t decimals, double value) {
-  const bool negative = std::signbit(value);
   const std::uint64_t scaled = rounded(std::abs(value) * power_of_ten[decimals]);
-  const bool leading_zero = decimals == 0 || width >= decimals + 2 + (negative ? 1 : 0);
-  DigitText digits;
-  if (scaled <= 0xFFFFFFFF) {
-    push_fixed(digits, static_cast<std::uint32_t>(scaled), decimals, leading_zero);
+  FieldFromBehind field(place, width);
+  if (scaled <= short_limit) {
+    push_fixed(field, static_cast<std::uint32_t>(scaled), decimals, std::signbit(value));
   } else {
-    push_fixed(digits, scaled, decimals, leading_zero);
+    push_fixed(field, scaled, decimals, std::signbit(value));
   }
-  if (negative) digits.push('-');
-  return put_right_justified(place, width, digits.view());
+  return field.finish();
 }
 
 // 309 digits before the point, the point and as many decimals as a format can ask for.
@@ -178,14 +205,6 @@ char* put_value(char* place, const FormatItem& item, const Value& value) {
     default:
       return put_fixed(place, item.width, item.decimals, value.real());
   }
-}
-
-constexpr std::size_t most_integer_digits = 20;
-
-// The most bytes that a field of no given width takes.
-std::size_t open_width(const FormatItem& item, const Value& value) {
-  if (item.edit == Edit::text && value.kind() == Value::Kind::text) return value.text().size();
-  return 1 + std::max<std::size_t>(item.decimals, most_integer_digits);
 }
 
 // One record after another. Columns that are only skipped stay unwritten until something follows them.
@@ -238,14 +257,11 @@ void append_text(std::string& out, std::size_t width, std::string_view value) {
 }
 
 std::size_t most_bytes(const Format& format, std::span<const Value> values, std::string_view line_end) {
-  std::size_t bytes = format.written_columns;
-  std::size_t next = 0;
-  for (const FormatItem& item : format.items) {
-    if (item.edit == Edit::slash) bytes += line_end.size();
-    if (!item.takes_value()) continue;
-    if (next == values.size()) break;
-    if (item.width == 0) bytes += open_width(item, values[next]);
-    ++next;
+  // The digits of any number in a field of minimal width, with its sign.
+  constexpr std::size_t open_number = 21;
+  std::size_t bytes = format.written_columns + format.slashes * line_end.size();
+  for (const Value& value : values) {
+    bytes += value.kind() == Value::Kind::text ? value.text().size() : open_number;
   }
   return bytes;
 }

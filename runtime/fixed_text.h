@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
+#include <type_traits>
 
 namespace runtime {
 
@@ -68,8 +71,16 @@ struct FixedText {
   [[nodiscard]] constexpr std::uint64_t packed() const {
     static_assert(N <= sizeof(std::uint64_t));
     std::uint64_t number = 0;
-    for (std::size_t i = 0; i < N; ++i)
-      number |= std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
+    std::size_t i = 0;
+    if constexpr (N >= sizeof(std::uint32_t) && std::endian::native == std::endian::little) {
+      if (!std::is_constant_evaluated()) {
+        std::uint32_t first = 0;
+        std::memcpy(&first, bytes.data(), sizeof(first));
+        number = first;
+        i = sizeof(first);
+      }
+    }
+    for (; i < N; ++i) number |= std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
     return number;
   }
 

@@ -41,6 +41,7 @@ struct Format {
   /// The most bytes that one run of the format writes, without its whole texts, minimal-width numbers and
   /// line ends.
   std::size_t written_columns = 0;
+  std::size_t slashes = 0;
 
   /// How many values the format takes.
   [[nodiscard]] constexpr std::size_t fields() const {
@@ -72,16 +73,23 @@ struct ParsedFormat {
   [[nodiscard]] constexpr Format view() const;
 };
 
-/// The columns that the elements take when each stands behind the one before, or at its tab.
+/// The most columns that the elements take, each behind the one before or at its tab; the digits that a field
+/// of minimal width must have are counted too.
 constexpr std::size_t columns_of(std::span<const FormatItem> items) {
   std::size_t columns = 0;
-  for (const FormatItem& item : items) columns += item.width;
+  for (const FormatItem& item : items) columns += std::size_t{item.width} + item.decimals;
   return columns;
+}
+
+constexpr std::size_t slashes_of(std::span<const FormatItem> items) {
+  std::size_t slashes = 0;
+  for (const FormatItem& item : items) slashes += item.edit == Edit::slash ? 1 : 0;
+  return slashes;
 }
 
 constexpr Format ParsedFormat::view() const {
   const std::span<const FormatItem> used(items.data(), item_count);
-  return {used, pool.view(), columns_of(used)};
+  return {used, pool.view(), columns_of(used), slashes_of(used)};
 }
 
 namespace detail {
@@ -278,7 +286,8 @@ template <SourceText notation>
 inline constexpr Format format{
     detail::stored_format<notation>.items,
     {detail::stored_format<notation>.pool.data(), detail::stored_format<notation>.pool.size()},
-    columns_of(detail::stored_format<notation>.items)};
+    columns_of(detail::stored_format<notation>.items),
+    slashes_of(detail::stored_format<notation>.items)};
 
 /// Parses a format that only the run knows. `valid` is false when the notation is wrong.
 constexpr ParsedFormat parse_format(std::string_view notation) {

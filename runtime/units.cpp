@@ -57,6 +57,7 @@ struct Connection {
   bool writing = false;
   bool inside_record = false;
   OutputBuffer pending;
+  std::string_view line_end = host().line_end();
 };
 
 using Connections = std::map<int, Connection>;
@@ -286,7 +287,7 @@ void hand_over_or_stop(Connection& connection) {
 }
 
 void end_open_record(Connection& connection) {
-  if (connection.inside_record && !connection.console) connection.pending += host().line_end();
+  if (connection.inside_record && !connection.console) connection.pending += connection.line_end;
   connection.inside_record = false;
 }
 
@@ -305,7 +306,7 @@ void begin_writing(Connection& connection) {
     ready = host().facts(connection.handle, connection.facts, reason) &&
             (connection.facts.size <= kept || host().truncate(connection.handle, kept, reason)) &&
             host().seek(connection.handle, kept, reason);
-    if (kept > 0 && !ends_with_line_end(connection)) connection.pending += host().line_end();
+    if (kept > 0 && !ends_with_line_end(connection)) connection.pending += connection.line_end;
   }
   if (!ready) stop_on_io_error("Schreiben", connection.path, reason);
   connection.data.reset();
@@ -549,7 +550,7 @@ void set_position(int unit, RecordPosition position) {
 
 void write(int unit, const Format& format, std::span<const Value> values) {
   Connection& connection = writable(unit);
-  const std::string_view line_end = host().line_end();
+  const std::string_view line_end = connection.line_end;
   char* place = connection.pending.room(most_bytes(format, values, line_end) + line_end.size());
   place = put_formatted(place, format, values, line_end);
   connection.pending.take_up_to(std::copy(line_end.begin(), line_end.end(), place));
@@ -564,7 +565,7 @@ void write(int unit, const Format& format, std::initializer_list<Value> values) 
 void write_line(int unit, std::string_view text) {
   Connection& connection = writable(unit);
   connection.pending += text;
-  connection.pending += host().line_end();
+  connection.pending += connection.line_end;
   connection.inside_record = false;
   hand_over_when_full(connection);
 }
