@@ -2,6 +2,7 @@
 
 #include "SCRENIX.h"
 #include "fixed_text.h"
+#include "status_window.h"
 #include "stop.h"
 
 namespace m_ScrenixQt {
@@ -11,11 +12,19 @@ constexpr std::int32_t button_ok = 0;
 constexpr std::int32_t buttons_yes_no = 4;
 constexpr std::int32_t second_button_default = 256;
 constexpr std::string_view fatal_title = "Schwerer Fehler: Nach <OK> erfolgt Programmabbruch!";
+constexpr std::size_t protocol_name_width = 500;
 
 bool asked_yes(std::string_view title, std::string_view text) {
   if (dialog_state.auto_yes != 0) return true;
-  dialog_state.last_answer = SCRENIX::message_box(title, text, buttons_yes_no + second_button_default);
+  const std::int32_t buttons = SCRENIX::add_flags_2(buttons_yes_no, second_button_default);
+  dialog_state.last_answer = SCRENIX::message_box(title, text, buttons);
   return dialog_state.last_answer == SCRENIX::answer_yes;
+}
+
+std::int32_t confirm_cancel(std::string_view title, std::string_view text) {
+  if (SCRENIX::message_box(title, text, buttons_yes_no) != SCRENIX::answer_yes) return 1;
+  dialog_state.keep_running = 0;
+  return 0;
 }
 
 }  // namespace
@@ -37,6 +46,31 @@ void ShowMessage(std::string_view title, std::string_view text, std::span<char> 
 void ShowMessageAndStop(std::string_view title, std::string_view text) {
   ShowMessage(runtime::trimmed(title), runtime::trimmed(text));
   runtime::stop();
+}
+
+std::int32_t AskCancel() {
+  if (dialog_state.language == "DEUTSCH") {
+    return confirm_cancel("Abbruch?", "Wollen Sie den Programmablauf wirklich abbrechen ?");
+  }
+  if (dialog_state.language == "ENGLISH") {
+    return confirm_cancel("Cancel?", "Are You shure to cancel program ?");
+  }
+  return 1;
+}
+
+std::int32_t AskViewProtocol(std::string_view title, std::span<const SCRENIX::FileFilter> filters) {
+  dialog_state.last_answer = SCRENIX::message_box("Protokolldatei anschauen?",
+                                                  "Wollen Sie Fehler/Warnungen anschauen?", buttons_yes_no);
+  if (dialog_state.last_answer == SCRENIX::answer_yes) {
+    runtime::FixedText<protocol_name_width> protocol_name;
+    SCRENIX::get_open_file_name(title, filters, protocol_name.bytes);
+  }
+  return dialog_state.last_answer;
+}
+
+void reset() {
+  dialog_state = DialogState();
+  forget_status_windows();
 }
 
 }  // namespace m_ScrenixQt

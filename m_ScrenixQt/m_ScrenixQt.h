@@ -1,8 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
+
+#include "SCRENIX.h"
+#include "fixed_text.h"
 
 /// The single place through which the computing code talks to the user.
 namespace m_ScrenixQt {
@@ -15,6 +19,8 @@ struct DialogState {
   std::int32_t last_answer = 0;          ///< code of the last question or fatal message
   std::int32_t last_message_result = 0;  ///< code of the last plain notice
   std::int32_t auto_yes = 0;             ///< not 0: questions are answered "Ja" without being shown
+  runtime::FixedText<7> language;        ///< "DEUTSCH" or "ENGLISH"; blank without a main window
+  std::int32_t keep_running = 1;         ///< 0 once the user has confirmed cancelling
 };
 extern DialogState dialog_state;
 
@@ -26,5 +32,43 @@ void ShowMessage(std::string_view title, std::string_view text, std::span<char> 
 
 /// Shows the dialog, without an answer, and ends the program quietly with exit status 0.
 [[noreturn]] void ShowMessageAndStop(std::string_view title, std::string_view text);
+
+/// Asks whether the run shall be cancelled, in the language of the main window. 0 when the user confirms,
+/// which also clears `keep_running`; otherwise 1. In no language (blank or another word) nothing is asked.
+std::int32_t AskCancel();
+
+/// Asks whether the user wants to look at errors and warnings and returns the code of the answer. At a yes
+/// the file chooser opens with the given title and filters (a build without one ends the program there).
+std::int32_t AskViewProtocol(std::string_view title, std::span<const SCRENIX::FileFilter> filters);
+
+inline constexpr std::int32_t most_status_windows = 99;
+inline constexpr std::int32_t status_fields = 9;
+inline constexpr std::size_t status_text_width = 10000;
+
+/// Carries out an action on the status window `window` (1 .. 99); `field` is one of its texts (1 .. 9). A
+/// text is kept, cut at 10000 characters, and sent to dialog item 10 * window + field. The action is a word
+/// (blank-padded, case matters):
+///   "INIT"     shows the window under the title `text`, its fields blank, with a button "Abbruch" (item
+///              10 * window) that calls `AskCancel`;
+///   "NEW"      gives the field a new text;
+///   "APPEND"   adds a line to its text, after CR LF unless the field was blank;
+///   "REFRESH"  sends its text again;
+///   "DATUM1", "DATUM2", "UHR"  give the two date fields and the time field (fields 1, 2 and 3, whatever
+///              `field` says) a new text;
+///   "DESTROY"  closes the window and forgets its texts.
+/// "INIT" and "DESTROY" do not look at `field`. A window need not be shown to keep texts. Another word, or a
+/// window or field that does not exist, changes nothing.
+void StatusWindow(std::int32_t window, std::int32_t field, std::string_view action,
+                  std::string_view text = {});
+
+/// All 10000 characters of a field; none while nothing is kept for the window. The view stays valid until the
+/// window's "DESTROY".
+std::string_view StatusText(std::int32_t window, std::int32_t field);
+
+/// The library's handle of a status window; 0 while nothing is kept for it.
+std::int32_t StatusWindowHandle(std::int32_t window);
+
+/// Puts the module back into its state at the start of the program. For tests.
+void reset();
 
 }  // namespace m_ScrenixQt
