@@ -1,0 +1,277 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "arguments.h"
+#include "array.h"
+#include "command.h"
+#include "cp1252.h"
+#include "host.h"
+#include "stop.h"
+#include "test_files.h"
+#include "test_host.h"
+#include "units.h"
+
+namespace {
+
+using namespace runtime::literals;
+using runtime::OpenStatus;
+using test_files::read_bytes;
+
+class StopDeathTest : public testing::Test {
+ protected:
+  ~StopDeathTest() override { runtime::close_all(); }
+  [[nodiscard]] std::string file(std::string_view name) const { return folder_.file(name); }
+  void write_two_files() const {
+    runtime::open(100, file("one"), OpenStatus::unknown);
+    runtime::write_line(100, "first");
+    runtime::open(101, file("two"), OpenStatus::unknown);
+    runtime::write_text(101, "second");
+  }
+  void expect_two_files() const {
+    EXPECT_EQ(read_bytes(file("one")), "first\n");
+    EXPECT_EQ(read_bytes(file("two")), "second\n");
+  }
+
+ private:
+  test_files::TemporaryFolder folder_;
+};
+
+#define EXPECT_STOP(work, line) EXPECT_EXIT(work, testing::ExitedWithCode(0), testing::Eq(line))
+
+TEST_F(StopDeathTest, WithoutATextWritesNothing) {
+  EXPECT_STOP(
+      {
+        write_two_files();
+        runtime::stop();
+      },
+      "");
+  expect_two_files();
+}
+
+TEST_F(StopDeathTest, WithATextWritesOneLine) {
+  EXPECT_STOP(
+      {
+        write_two_files();
+        runtime::stop("SCRENIX rgb not implemented");
+      },
+      "STOP SCRENIX rgb not implemented\n");
+  expect_two_files();
+}
+
+TEST_F(StopDeathTest, AfterAnIoErrorNamesOperationPathAndReason) {
+  EXPECT_STOP(
+      {
+        write_two_files();
+        runtime::stop_on_io_error("Öffnen"_w1252, "data\\var1.pkl",
+                                  std::make_error_code(std::errc::permission_denied));
+      },
+      "E/A-Fehler beim \xD6"
+      "ffnen von \"data\\var1.pkl\": Permission denied\n");
+  expect_two_files();
+}
+
+TEST_F(StopDeathTest, AfterAFailedAllocationNamesPlaceAndBytes) {
+  EXPECT_STOP(
+      {
+        write_two_files();
+        runtime::stop_on_allocation("/source/KV_Akum/accumulation.cpp", 34, 4000);
+      },
+      "In file 'accumulation.cpp', around line 34: Error allocating 4000 bytes\n");
+  expect_two_files();
+}
+
+TEST_F(StopDeathTest, TellsEveryFileThatCannotBeCompleted) {
+  TestHost host;
+  const auto stop = [&] {
+    write_two_files();
+    host.fail(HostCall::write, 1, std::errc::no_space_on_device);
+    runtime::stop();
+  };
+  EXPECT_STOP(stop(), "E/A-Fehler beim Schreiben von \"" + file("one") + "\": No space left on device\n");
+  EXPECT_EQ(read_bytes(file("one")), "");
+  EXPECT_EQ(read_bytes(file("two")), "second\n");
+}
+
+TEST_F(StopDeathTest, TellsALateLossOnClosing) {
+  TestHost host;
+  const auto stop = [&] {
+    write_two_files();
+    host.fail(HostCall::close, 2, std::errc::io_error);
+    runtime::stop();
+  };
+  EXPECT_STOP(stop(), "E/A-Fehler beim Schreiben von \"" + file("two") + "\": Input/output error\n");
+}
+
+TEST_F(StopDeathTest, ClosedStandardErrorDoesNotHoldItUp) {
+  EXPECT_STOP(
+      {
+        write_two_files();
+        close(STDERR_FILENO);
+        runtime::stop("unheard");
+      },
+      "");
+  expect_two_files();
+}
+
+TEST_F(StopDeathTest, StandardOutputIsHandedOver) {
+  testing::internal::CaptureStdout();
+  EXPECT_STOP(
+      {
+        runtime::write_text(6, "\x01key\x02value\x03");
+        runtime::stop();
+      },
+      "");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "\x01key\x02value\x03");
+}
+
+TEST_F(StopDeathTest, AClosedStandardOutputIsPassedOver) {
+  EXPECT_STOP(
+      {
+        write_two_files();
+        close(STDOUT_FILENO);
+        runtime::write_text(6, "gone");
+        runtime::flush(6);
+        runtime::stop();
+      },
+      "");
+  expect_two_files();
+}
+
+// Makes standard output a pipe whose reader is gone.
+void write_to_nobody() {
+  std::array<int, 2> ends{};
+  if (pipe(ends.data()) != 0) std::abort();
+  close(ends[0]);
+  dup2(ends[1], STDOUT_FILENO);
+}
+
+// What `prepare_process` promises, in a process of its own.
+TEST_F(StopDeathTest, PreparedProcessKeepsStandardStreamsFromFiles) {
+  EXPECT_STOP(
+      {
+        close(STDIN_FILENO);
+        close(STDOUT_FILENO);
+        close(STDERR_FILENO);
+        runtime::prepare_process();
+        write_two_files();
+        runtime::write_text(6, "no foreign bytes");
+        runtime::flush(6);
+        runtime::stop("no foreign line");
+      },
+      "");
+  expect_two_files();
+}
+
+TEST_F(StopDeathTest, PreparedProcessOutlivesAReaderThatGoesAway) {
+  EXPECT_STOP(
+      {
+        write_to_nobody();
+        runtime::prepare_process();
+        write_two_files();
+        runtime::write_text(6, "unheard");
+        runtime::flush(6);
+        runtime::stop();
+      },
+      "");
+  expect_two_files();
+}
+
+TEST(Arguments, AreCountedWithoutTheProgram) {
+  const char* const values[] = {"KV_Akum", "data\\var1", "", "\xFC"};
+  runtime::set_arguments(4, values);
+  EXPECT_EQ(runtime::argument_count(), 3);
+  EXPECT_EQ(runtime::argument(1), "data\\var1");
+  EXPECT_EQ(runtime::argument(2), "");
+  EXPECT_EQ(runtime::argument(3), "\xFC");
+  EXPECT_EQ(runtime::argument(0), "");
+  EXPECT_EQ(runtime::argument(4), "");
+  EXPECT_EQ(runtime::argument(-1), "");
+}
+
+TEST(Arguments, MayBeMissing) {
+  const char* const values[] = {"KV_Akum"};
+  runtime::set_arguments(1, values);
+  EXPECT_EQ(runtime::argument_count(), 0);
+  runtime::set_arguments(0, values);
+  EXPECT_EQ(runtime::argument_count(), 0);
+  EXPECT_EQ(runtime::argument(1), "");
+}
+
+TEST(Command, RunsInTheInterpreterAndWaits) {
+  const test_files::TemporaryFolder folder;
+  runtime::execute_command("echo \"a b\" > '" + folder.file("list") + "'; cat >> '" + folder.file("list") +
+                           "'");
+  EXPECT_EQ(read_bytes(folder.file("list")), "a b\n") << "and it has nothing to read";
+}
+
+TEST(Command, ThatFailsIsNotExamined) {
+  testing::internal::CaptureStderr();
+  runtime::execute_command("exit 3");
+  runtime::execute_command("no-such-command-anywhere");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(Table, CountsFromOne) {
+  runtime::OneBased<int> table;
+  EXPECT_EQ(table.size(), 0);
+  ASSERT_TRUE(table.allocate(3, 7));
+  table.at(1) = 1;
+  table.at(3) = 3;
+  EXPECT_EQ(table.at(1), 1);
+  EXPECT_EQ(table.at(2), 7);
+  EXPECT_EQ(table.at(3), 3);
+  EXPECT_TRUE(table.holds(1));
+  EXPECT_TRUE(table.holds(3));
+  EXPECT_FALSE(table.holds(0));
+  EXPECT_FALSE(table.holds(4));
+  EXPECT_EQ(table.at_or_zero(0), 0);
+  EXPECT_EQ(table.at_or_zero(2), 7);
+  EXPECT_EQ(table.at_or_zero(4), 0);
+  table.release();
+  EXPECT_EQ(table.at_or_zero(1), 0);
+}
+
+TEST(Table, TakesNoEntriesToo) {
+  runtime::OneBased<double> table;
+  EXPECT_TRUE(table.allocate(0));
+  EXPECT_EQ(table.size(), 0);
+  EXPECT_TRUE(table.allocate(-5));
+  EXPECT_EQ(table.size(), 0);
+}
+
+TEST(Table, IsEmptyWhenTheMemoryIsNotThere) {
+  runtime::OneBased<double> table;
+  ASSERT_TRUE(table.allocate(100, 1.5));
+  runtime::limit_allocations(1000);
+  EXPECT_FALSE(table.allocate(126));
+  EXPECT_EQ(table.size(), 0);
+  EXPECT_EQ(table.at_or_zero(1), 0.0);
+  EXPECT_TRUE(table.allocate(125, 2.5));
+  EXPECT_EQ(table.at(125), 2.5);
+  runtime::unlimit_allocations();
+  EXPECT_TRUE(table.allocate(126));
+}
+
+TEST(Table, KeepsItsSlotsApart) {
+  runtime::OneBased<runtime::Slots<short, 3>> table;
+  ASSERT_TRUE(table.allocate(2));
+  table.at(1).at(3) = 13;
+  table.at(2).at(1) = 21;
+  EXPECT_EQ(table.at(1).at(3), 13);
+  EXPECT_EQ(table.at(2).at(1), 21);
+  EXPECT_EQ(table.at(1).at(1), 0);
+}
+
+TEST(Clock, GoesForward) {
+  EXPECT_GT(runtime::host().ticks_per_second(), 0);
+  const auto before = runtime::host().clock_ticks();
+  EXPECT_GE(runtime::host().clock_ticks(), before);
+}
+
+}  // namespace

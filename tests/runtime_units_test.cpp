@@ -1,0 +1,724 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <random>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cp1252.h"
+#include "test_files.h"
+#include "test_host.h"
+#include "units.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace runtime::literals;
+using namespace std::string_view_literals;
+using runtime::CloseStatus;
+using runtime::OpenStatus;
+using runtime::ReadStatus;
+using test_files::read_bytes;
+using test_files::write_bytes;
+using Records = std::vector<std::string>;
+
+constexpr int kUnit = 100;
+constexpr std::size_t kWhole = std::string_view::npos;
+
+class Units : public testing::Test {
+ protected:
+  ~Units() override { runtime::close_all(); }
+
+  [[nodiscard]] std::string file(std::string_view name) const { return folder_.file(name); }
+  [[nodiscard]] std::string with_bytes(std::string_view bytes) const {
+    write_bytes(file("file"), bytes);
+    return file("file");
+  }
+  void open_with(std::string_view bytes) const { runtime::open(kUnit, with_bytes(bytes), OpenStatus::old); }
+
+ private:
+  test_files::TemporaryFolder folder_;
+};
+
+using UnitsDeathTest = Units;
+
+// The next record, or "<end>".
+std::string next_record(int unit = kUnit) {
+  std::string_view record;
+  if (runtime::read_line(unit, kWhole, record) == ReadStatus::end_of_file) return "<end>";
+  return std::string(record);
+}
+
+Records rest_of(int unit = kUnit) {
+  Records records;
+  std::string_view record;
+  while (runtime::read_line(unit, kWhole, record) == ReadStatus::good) records.emplace_back(record);
+  return records;
+}
+
+// The plain way to cut records.
+Records cut(std::string_view bytes) {
+  Records records;
+  while (!bytes.empty()) {
+    const std::size_t end = std::min(bytes.find_first_of("\r\n"), bytes.size());
+    records.emplace_back(bytes.substr(0, end));
+    bytes.remove_prefix(end);
+    bytes.remove_prefix(bytes.starts_with("\r\n") ? 2 : std::min<std::size_t>(bytes.size(), 1));
+  }
+  return records;
+}
+
+// Records.
+
+TEST_F(Units, EndRecordsAtEveryKindOfLineEnd) {
+  open_with("a\nb\r\nc\rd\n");
+  EXPECT_EQ(rest_of(), (Records{"a", "b", "c", "d"}));
+}
+
+TEST_F(Units, TakeALastLineWithoutAnEnd) {
+  open_with("a\nb");
+  EXPECT_EQ(rest_of(), (Records{"a", "b"}));
+}
+
+TEST_F(Units, EmptyFileHasNoRecord) {
+  open_with("");
+  EXPECT_EQ(next_record(), "<end>");
+}
+
+TEST_F(Units, CountEmptyRecords) {
+  open_with("\n\r\n\r\r\n\n\r");
+  EXPECT_EQ(rest_of(), (Records{"", "", "", "", "", ""}));
+}
+
+TEST_F(Units, KeepEveryByteOfARecord) {
+  open_with("a\0b\t\x80\xFF \x1A\n\0\n"sv);
+  EXPECT_EQ(rest_of(), (Records{std::string("a\0b\t\x80\xFF \x1A", 8), std::string("\0", 1)}));
+}
+
+TEST_F(Units, TakeVeryLongRecords) {
+  const std::string longer(3'000'000, 'x');
+  open_with(longer + "\r\n" + longer + "y");
+  std::string_view record;
+  ASSERT_EQ(runtime::read_line(kUnit, 200, record), ReadStatus::good);
+  EXPECT_EQ(record, longer.substr(0, 200));
+  EXPECT_EQ(next_record(), longer + "y");
+  EXPECT_EQ(next_record(), "<end>");
+}
+
+TEST_F(Units, CutARecordAtTheWidth) {
+  open_with("abcdef\nab\n");
+  std::string_view record;
+  ASSERT_EQ(runtime::read_line(kUnit, 3, record), ReadStatus::good);
+  EXPECT_EQ(record, "abc");
+  ASSERT_EQ(runtime::read_line(kUnit, 3, record), ReadStatus::good);
+  EXPECT_EQ(record, "ab");
+}
+
+TEST_F(Units, CutRandomBytesAsThePlainWayDoes) {
+  std::mt19937 random(7);
+  std::uniform_int_distribution<std::size_t> length(0, 40);
+  std::uniform_int_distribution<std::size_t> character(0, 5);
+  for (int i = 0; i < 500; ++i) {
+    std::string bytes;
+    for (std::size_t n = length(random); n > 0; --n) bytes += "ab\n\r\n\r"[character(random)];
+    open_with(bytes);
+    const Records wanted = cut(bytes);
+    EXPECT_EQ(rest_of(), wanted);
+    // Back one record after the other, each read once more.
+    runtime::backspace(kUnit);
+    for (std::size_t k = wanted.size(); k > 0; --k) {
+      runtime::backspace(kUnit);
+      ASSERT_EQ(next_record(), wanted[k - 1]) << "record " << k;
+      runtime::backspace(kUnit);
+    }
+    runtime::backspace(kUnit);
+    EXPECT_EQ(rest_of(), wanted);
+    runtime::rewind(kUnit);
+    EXPECT_EQ(rest_of(), wanted);
+    runtime::close(kUnit);
+  }
+}
+
+TEST_F(Units, PositionsBringRecordsBack) {
+  open_with("a\r\nb\rc\nd");
+  std::vector<runtime::RecordPosition> places;
+  for (int i = 0; i < 4; ++i) {
+    places.push_back(runtime::position(kUnit));
+    next_record();
+  }
+  EXPECT_EQ(next_record(), "<end>");
+  for (std::size_t i = 4; i > 0; --i) {
+    runtime::set_position(kUnit, places[i - 1]);
+    EXPECT_EQ(next_record(), std::string(1, "abcd"[i - 1]));
+  }
+  runtime::set_position(kUnit, {1000});
+  EXPECT_EQ(next_record(), "<end>");
+}
+
+TEST_F(Units, UnreadTextIsTheRestWithItsLineEnds) {
+  open_with("a\r\nb\rc");
+  EXPECT_EQ(runtime::unread_text(kUnit), "a\r\nb\rc");
+  EXPECT_EQ(next_record(), "a");
+  EXPECT_EQ(runtime::unread_text(kUnit), "b\rc");
+  EXPECT_EQ(rest_of(), (Records{"b", "c"}));
+  EXPECT_EQ(runtime::unread_text(kUnit), "");
+}
+
+// The end of the file.
+
+TEST_F(Units, EndOfFileLeavesTheReceiverAsItWas) {
+  open_with("1\n");
+  std::string_view record = "before";
+  std::int32_t whole = 7;
+  EXPECT_EQ(runtime::read(kUnit, runtime::format<"(i1)">, {whole}), ReadStatus::good);
+  EXPECT_EQ(whole, 1);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(runtime::read_line(kUnit, kWhole, record), ReadStatus::end_of_file);
+    EXPECT_EQ(runtime::read(kUnit, runtime::format<"(i1)">, {whole}), ReadStatus::end_of_file);
+  }
+  EXPECT_EQ(record, "before");
+  EXPECT_EQ(whole, 1);
+}
+
+TEST_F(Units, BackspaceAfterTheEndGoesBeforeTheEnd) {
+  open_with("a\nb\n");
+  rest_of();
+  runtime::backspace(kUnit);
+  EXPECT_EQ(next_record(), "<end>");
+  runtime::backspace(kUnit);
+  runtime::backspace(kUnit);
+  EXPECT_EQ(next_record(), "b");
+}
+
+TEST_F(Units, BackspaceAfterTheLastRecordGoesBeforeIt) {
+  open_with("a\nb");
+  next_record();
+  next_record();
+  runtime::backspace(kUnit);
+  EXPECT_EQ(next_record(), "b");
+}
+
+TEST_F(Units, BackspaceAtTheBeginStaysThere) {
+  open_with("a\nb\n");
+  runtime::backspace(kUnit);
+  EXPECT_EQ(next_record(), "a");
+}
+
+TEST_F(Units, RewindMakesReadingPossibleAgain) {
+  open_with("a\n");
+  rest_of();
+  runtime::rewind(kUnit);
+  EXPECT_EQ(rest_of(), Records{"a"});
+}
+
+TEST_F(Units, FormattedReadTakesOneRecord) {
+  open_with("  12.5\nx\n");
+  float value = 0;
+  std::array<char, 3> text{};
+  EXPECT_EQ(runtime::read(kUnit, runtime::format<"(f6.0)">, {value}), ReadStatus::good);
+  EXPECT_EQ(value, 12.5F);
+  EXPECT_EQ(runtime::read(kUnit, runtime::format<"(a)">, {runtime::Target(std::span<char>(text))}),
+            ReadStatus::good);
+  EXPECT_EQ(std::string(text.data(), 3), "x  ");
+}
+
+TEST_F(Units, ABadValueStillTakesTheRecord) {
+  open_with("x\n2\n");
+  std::int32_t whole = 7;
+  EXPECT_EQ(runtime::read(kUnit, runtime::format<"(i1)">, {whole}), ReadStatus::bad_value);
+  EXPECT_EQ(whole, 7);
+  EXPECT_EQ(runtime::read(kUnit, runtime::format<"(i1)">, {whole}), ReadStatus::good);
+  EXPECT_EQ(whole, 2);
+}
+
+// Opening.
+
+TEST_F(Units, StatusOldNeedsAFile) {
+  EXPECT_FALSE(runtime::try_open(kUnit, file("missing"), OpenStatus::old));
+  EXPECT_FALSE(runtime::is_connected(kUnit));
+  EXPECT_FALSE(fs::exists(file("missing")));
+  fs::create_directory(file("folder"));
+  EXPECT_FALSE(runtime::try_open(kUnit, file("folder"), OpenStatus::old));
+  EXPECT_FALSE(runtime::try_open(kUnit, "/dev/null", OpenStatus::old));
+  EXPECT_TRUE(runtime::try_open(kUnit, with_bytes("a"), OpenStatus::old));
+  EXPECT_TRUE(runtime::is_connected(kUnit));
+}
+
+TEST_F(Units, StatusUnknownCreatesOrKeeps) {
+  runtime::open(kUnit, file("new"), OpenStatus::unknown);
+  EXPECT_EQ(read_bytes(file("new")), "");
+  runtime::open(101, with_bytes("kept\n"), OpenStatus::unknown);
+  EXPECT_EQ(next_record(101), "kept");
+  runtime::close(101);
+  EXPECT_EQ(read_bytes(file("file")), "kept\n");
+}
+
+TEST_F(Units, StatusFreshNeedsNoFile) {
+  EXPECT_FALSE(runtime::try_open(kUnit, with_bytes("kept"), OpenStatus::fresh));
+  EXPECT_EQ(read_bytes(file("file")), "kept");
+  EXPECT_TRUE(runtime::try_open(kUnit, file("new"), OpenStatus::fresh));
+  EXPECT_TRUE(fs::exists(file("new")));
+}
+
+TEST_F(Units, AUnitHoldsOneFile) {
+  open_with("a");
+  EXPECT_FALSE(runtime::try_open(kUnit, file("other"), OpenStatus::unknown));
+  EXPECT_FALSE(fs::exists(file("other")));
+  EXPECT_EQ(next_record(), "a");
+  EXPECT_FALSE(runtime::try_open(6, file("other"), OpenStatus::unknown));
+  EXPECT_FALSE(runtime::try_open(5, file("other"), OpenStatus::unknown));
+}
+
+TEST_F(Units, AFileIsHeldByOneUnit) {
+  open_with("a");
+  fs::create_symlink(file("file"), file("symbolic"));
+  fs::create_hard_link(file("file"), file("hard"));
+  for (const char* name : {"file", "symbolic", "hard"}) {
+    EXPECT_FALSE(runtime::try_open(101, file(name), OpenStatus::old)) << name;
+    EXPECT_FALSE(runtime::try_open(101, file(name), OpenStatus::unknown)) << name;
+    EXPECT_FALSE(runtime::is_connected(101)) << name;
+    EXPECT_EQ(runtime::unit_of(file(name)), kUnit) << name;
+  }
+  EXPECT_EQ(next_record(), "a");
+  runtime::close(kUnit);
+  EXPECT_TRUE(runtime::try_open(101, file("hard"), OpenStatus::old));
+}
+
+TEST_F(Units, AFileTriedTwiceKeepsItsBytes) {
+  runtime::open(kUnit, file("new"), OpenStatus::unknown);
+  runtime::write_line(kUnit, "first");
+  EXPECT_FALSE(runtime::try_open(101, file("new"), OpenStatus::unknown));
+  runtime::write_line(kUnit, "second");
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("new")), "first\nsecond\n");
+}
+
+TEST_F(Units, DevicesCanBeHeldTwice) {
+  EXPECT_TRUE(runtime::try_open(kUnit, "/dev/null", OpenStatus::unknown));
+  EXPECT_TRUE(runtime::try_open(101, "/dev/null", OpenStatus::unknown));
+  runtime::write_line(kUnit, "gone");
+  runtime::close(kUnit);
+}
+
+TEST_F(Units, AFolderIsNoFile) {
+  fs::create_directory(file("folder"));
+  EXPECT_FALSE(runtime::try_open(kUnit, file("folder"), OpenStatus::unknown));
+  EXPECT_FALSE(runtime::try_open(kUnit, file("folder"), OpenStatus::fresh));
+  EXPECT_FALSE(runtime::try_open(kUnit, file("nowhere/file"), OpenStatus::unknown));
+}
+
+TEST_F(Units, LinksThatTurnInACircleAreRefused) {
+  fs::create_symlink(file("two"), file("one"));
+  fs::create_symlink(file("one"), file("two"));
+  for (const OpenStatus status : {OpenStatus::old, OpenStatus::unknown, OpenStatus::fresh}) {
+    EXPECT_FALSE(runtime::try_open(kUnit, file("one"), status));
+  }
+  EXPECT_FALSE(runtime::file_exists(file("one")));
+}
+
+TEST_F(Units, APipeWithoutAPartnerIsRefusedAtOnce) {
+  ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
+  EXPECT_TRUE(runtime::file_exists(file("pipe")));
+  EXPECT_FALSE(runtime::is_regular_file(file("pipe")));
+  for (const OpenStatus status : {OpenStatus::old, OpenStatus::unknown, OpenStatus::fresh}) {
+    EXPECT_FALSE(runtime::try_open(kUnit, file("pipe"), status));
+  }
+}
+
+TEST_F(Units, APipeWithAReaderGetsTheRecords) {
+  ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
+  const int reader = open(file("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+  ASSERT_GE(reader, 0);
+  runtime::open(kUnit, file("pipe"), OpenStatus::unknown);
+  runtime::write_line(kUnit, "through the pipe");
+  runtime::close(kUnit);
+  std::array<char, 64> bytes{};
+  const ssize_t got = read(reader, bytes.data(), bytes.size());
+  ASSERT_GT(got, 0);
+  EXPECT_EQ(std::string(bytes.data(), static_cast<std::size_t>(got)), "through the pipe\n");
+  EXPECT_EQ(read(reader, bytes.data(), bytes.size()), 0);
+  close(reader);
+}
+
+// Writing.
+
+TEST_F(Units, WriteRecordsAndFormats) {
+  runtime::open(kUnit, file("new"), OpenStatus::unknown);
+  runtime::write_line(kUnit, "größer"_w1252);
+  runtime::write(kUnit, runtime::format<"(a,2x,f8.3/)">, {"T0001", 1.5F});
+  runtime::write_line(kUnit, "");
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("new")),
+            "gr\xF6\xDF"
+            "er\nT0001     1.500\n\n\n");
+}
+
+TEST_F(Units, TextWithoutAnEndStaysInTheRecord) {
+  runtime::open(kUnit, file("new"), OpenStatus::unknown);
+  runtime::write_text(kUnit, "a");
+  runtime::write_text(kUnit, "b");
+  runtime::write_line(kUnit, "c");
+  runtime::write_text(kUnit, "d");
+  runtime::write(kUnit, runtime::format<"(i2)">, {5});
+  runtime::write_text(kUnit, "open");
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("new")), "abc\nd 5\nopen\n");
+}
+
+TEST_F(Units, WritingCutsTheFileAtTheCurrentRecord) {
+  open_with("a\nb\nc\nd\n");
+  next_record();
+  next_record();
+  runtime::write_line(kUnit, "x");
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("file")), "a\nb\nx\n");
+}
+
+TEST_F(Units, WritingAtTheBeginReplacesEverything) {
+  runtime::open(kUnit, with_bytes("a long old line\nanother\n"), OpenStatus::unknown);
+  runtime::write_line(kUnit, "x");
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("file")), "x\n");
+}
+
+TEST_F(Units, WithoutAWriteTheFileIsUntouched) {
+  runtime::open(kUnit, with_bytes("a\r\nb"), OpenStatus::unknown);
+  rest_of();
+  runtime::rewind(kUnit);
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("file")), "a\r\nb");
+}
+
+TEST_F(Units, AppendAfterTheEnd) {
+  open_with("a\nb\n");
+  rest_of();
+  runtime::backspace(kUnit);
+  runtime::write_line(kUnit, "c");
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("file")), "a\nb\nc\n");
+}
+
+TEST_F(Units, AppendEndsALastLineThatHadNoEnd) {
+  open_with("a\nb");
+  rest_of();
+  runtime::backspace(kUnit);
+  runtime::write_line(kUnit, "c");
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("file")), "a\nb\nc\n");
+}
+
+TEST_F(Units, EndFileCutsWithoutAWrite) {
+  open_with("a\nb\nc\n");
+  next_record();
+  runtime::end_file(kUnit);
+  EXPECT_EQ(next_record(), "<end>");
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("file")), "a\n");
+}
+
+TEST_F(Units, ReadBackWhatWasWritten) {
+  runtime::open(kUnit, file("new"), OpenStatus::fresh);
+  runtime::write_line(kUnit, "a");
+  runtime::write_text(kUnit, "b");
+  runtime::rewind(kUnit);
+  EXPECT_EQ(rest_of(), (Records{"a", "b"}));
+}
+
+TEST_F(Units, ReadingBehindAWriteMeetsTheEnd) {
+  open_with("a\nb\n");
+  runtime::write_line(kUnit, "x");
+  EXPECT_EQ(runtime::unread_text(kUnit), "");
+  EXPECT_EQ(next_record(), "<end>");
+  runtime::backspace(kUnit);
+  EXPECT_EQ(next_record(), "<end>");
+  runtime::backspace(kUnit);
+  runtime::backspace(kUnit);
+  EXPECT_EQ(next_record(), "x");
+}
+
+TEST_F(Units, BackspaceAfterAWriteGoesBeforeTheRecord) {
+  runtime::open(kUnit, file("new"), OpenStatus::fresh);
+  runtime::write_line(kUnit, "a");
+  runtime::write_line(kUnit, "b");
+  runtime::backspace(kUnit);
+  EXPECT_EQ(next_record(), "b");
+  runtime::backspace(kUnit);
+  runtime::write_line(kUnit, "c");
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("new")), "a\nc\n");
+}
+
+TEST_F(Units, ARewoundUnitLosesWhatItWroteBefore) {
+  runtime::open(kUnit, file("new"), OpenStatus::fresh);
+  for (int i = 0; i < 10; ++i) runtime::write_line(kUnit, "an old record");
+  runtime::rewind(kUnit);
+  runtime::write_line(kUnit, "new");
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("new")), "new\n");
+}
+
+TEST_F(Units, APositionEndsTheWriting) {
+  runtime::open(kUnit, file("new"), OpenStatus::fresh);
+  runtime::write_line(kUnit, "a");
+  runtime::write_line(kUnit, "b");
+  runtime::set_position(kUnit, {2});
+  EXPECT_EQ(rest_of(), Records{"b"});
+}
+
+TEST_F(Units, FlushHandsOverWhatIsWritten) {
+  runtime::open(kUnit, file("new"), OpenStatus::fresh);
+  runtime::write_line(kUnit, "a");
+  runtime::write_text(kUnit, "b");
+  runtime::flush(kUnit);
+  EXPECT_EQ(read_bytes(file("new")), "a\nb");
+  runtime::write_line(kUnit, "c");
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("new")), "a\nbc\n");
+}
+
+TEST_F(Units, LargeFilesComeOutWhole) {
+  runtime::open(kUnit, file("new"), OpenStatus::fresh);
+  std::string wanted;
+  for (int i = 0; i < 100'000; ++i) {
+    runtime::write(kUnit, runtime::format<"(i8,a)">, {i, " record"});
+    std::string number = std::to_string(i);
+    wanted += std::string(8 - number.size(), ' ') + number + " record\n";
+  }
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("new")), wanted);
+}
+
+TEST_F(Units, CloseWithRemoveDeletesTheFile) {
+  open_with("a");
+  runtime::close(kUnit, CloseStatus::remove);
+  EXPECT_FALSE(fs::exists(file("file")));
+  EXPECT_FALSE(runtime::is_connected(kUnit));
+}
+
+TEST_F(Units, ClosingAFreeOrAStandardUnitDoesNothing) {
+  runtime::close(kUnit);
+  runtime::close(6, CloseStatus::remove);
+  EXPECT_TRUE(runtime::try_close(kUnit, CloseStatus::keep));
+  EXPECT_FALSE(runtime::is_connected(kUnit));
+  EXPECT_TRUE(runtime::is_connected(6));
+  EXPECT_EQ(runtime::connected_path(6), "");
+  EXPECT_EQ(runtime::connected_path(kUnit), std::nullopt);
+}
+
+TEST_F(Units, CloseAllCompletesEveryFile) {
+  for (int unit = 100; unit < 120; ++unit) {
+    runtime::open(unit, file(std::to_string(unit)), OpenStatus::fresh);
+    runtime::write_text(unit, "record of " + std::to_string(unit));
+  }
+  runtime::close_all();
+  for (int unit = 100; unit < 120; ++unit) {
+    EXPECT_FALSE(runtime::is_connected(unit));
+    EXPECT_EQ(read_bytes(file(std::to_string(unit))), "record of " + std::to_string(unit) + "\n");
+  }
+  EXPECT_TRUE(runtime::is_connected(6));
+}
+
+TEST_F(Units, AFileThatMayOnlyBeReadIsRead) {
+  TestHost host;
+  host.fail(HostCall::open, 1, std::errc::permission_denied);
+  open_with("a\n");
+  EXPECT_EQ(next_record(), "a");
+}
+
+// Faults of the host.
+
+TEST_F(Units, ShortTransfersAreCarriedOn) {
+  TestHost host;
+  host.limit_transfers(3);
+  open_with("first record\r\nsecond\n");
+  EXPECT_EQ(rest_of(), (Records{"first record", "second"}));
+  runtime::backspace(kUnit);
+  runtime::write_line(kUnit, "a third record");
+  runtime::close(kUnit);
+  EXPECT_EQ(read_bytes(file("file")), "first record\r\nsecond\na third record\n");
+  EXPECT_GT(host.calls(HostCall::write), 4);
+}
+
+TEST_F(Units, FaultsOfOpeningAreToldToWhoAsks) {
+  TestHost host;
+  host.fail(HostCall::open, 1, std::errc::too_many_files_open, true);
+  EXPECT_FALSE(runtime::try_open(kUnit, with_bytes("a"), OpenStatus::old));
+  EXPECT_FALSE(runtime::try_open(kUnit, file("new"), OpenStatus::unknown));
+  EXPECT_FALSE(runtime::try_open(kUnit, file("new"), OpenStatus::fresh));
+  host.fail(HostCall::open, 1000, std::errc::io_error);
+  host.fail(HostCall::facts, 1, std::errc::io_error);
+  EXPECT_FALSE(runtime::try_open(kUnit, file("file"), OpenStatus::old));
+  EXPECT_EQ(host.calls(HostCall::close), 1) << "what was opened is closed again";
+  EXPECT_FALSE(runtime::is_connected(kUnit));
+}
+
+TEST_F(Units, FaultsOfClosingAreToldToWhoAsks) {
+  TestHost host;
+  runtime::open(kUnit, file("new"), OpenStatus::unknown);
+  runtime::write_line(kUnit, "a");
+  host.fail(HostCall::write, 1, std::errc::no_space_on_device);
+  EXPECT_FALSE(runtime::try_close(kUnit, CloseStatus::keep));
+  EXPECT_FALSE(runtime::is_connected(kUnit));
+  open_with("a");
+  host.fail(HostCall::remove, 1, std::errc::permission_denied);
+  EXPECT_FALSE(runtime::try_close(kUnit, CloseStatus::remove));
+  EXPECT_FALSE(runtime::is_connected(kUnit));
+  EXPECT_TRUE(fs::exists(file("file")));
+}
+
+// The one line on standard error, and the quiet end of the program.
+std::string fault_line(std::string_view operation, const std::string& path, std::string_view reason) {
+  std::string line = "E/A-Fehler beim ";
+  return line.append(operation).append(" von \"").append(path).append("\": ").append(reason).append("\n");
+}
+
+#define EXPECT_STOP(work, line) EXPECT_EXIT(work, testing::ExitedWithCode(0), testing::Eq(line))
+
+TEST_F(UnitsDeathTest, OpeningWithoutAskingEndsTheProgram) {
+  EXPECT_STOP(runtime::open(kUnit, file("missing"), OpenStatus::old),
+              fault_line("Öffnen"_w1252, file("missing"), "No such file or directory"));
+  fs::create_directory(file("folder"));
+  EXPECT_STOP(runtime::open(kUnit, file("folder"), OpenStatus::old),
+              fault_line("Öffnen"_w1252, file("folder"), "Is a directory"));
+  EXPECT_STOP(runtime::open(kUnit, file("folder"), OpenStatus::unknown),
+              fault_line("Öffnen"_w1252, file("folder"), "Is a directory"));
+  EXPECT_STOP(runtime::open(kUnit, with_bytes("a"), OpenStatus::fresh),
+              fault_line("Öffnen"_w1252, file("file"), "File exists"));
+  EXPECT_STOP(runtime::open(kUnit, file("no/where"), OpenStatus::unknown),
+              fault_line("Öffnen"_w1252, file("no/where"), "No such file or directory"));
+}
+
+TEST_F(UnitsDeathTest, AFileOnTwoUnitsEndsTheProgram) {
+  open_with("a");
+  EXPECT_STOP(runtime::open(101, file("file"), OpenStatus::unknown),
+              fault_line("Öffnen"_w1252, file("file"), "Device or resource busy"));
+  EXPECT_STOP(runtime::open(kUnit, file("other"), OpenStatus::unknown),
+              fault_line("Öffnen"_w1252, file("other"), "Device or resource busy"));
+}
+
+TEST_F(UnitsDeathTest, AFreeUnitCannotBeUsed) {
+  std::string_view record;
+  EXPECT_STOP(runtime::read_line(77, kWhole, record),
+              fault_line("Lesen", "Einheit 77", "Bad file descriptor"));
+  EXPECT_STOP(runtime::write_line(77, ""), fault_line("Schreiben", "Einheit 77", "Bad file descriptor"));
+  EXPECT_STOP(runtime::rewind(77), fault_line("Zurückspulen"_w1252, "Einheit 77", "Bad file descriptor"));
+  EXPECT_STOP(runtime::backspace(77), fault_line("Zurücksetzen"_w1252, "Einheit 77", "Bad file descriptor"));
+}
+
+TEST_F(UnitsDeathTest, FaultsOfReadingEndTheProgram) {
+  TestHost host;
+  const auto read_after = [&](HostCall call, int nth) {
+    open_with("some\nrecords\n");
+    host.fail(call, nth, std::errc::io_error);
+    rest_of();
+  };
+  const std::string line = fault_line("Lesen", file("file"), "Input/output error");
+  EXPECT_STOP(read_after(HostCall::read, 1), line);
+  EXPECT_STOP(read_after(HostCall::read, 2), line);
+  EXPECT_STOP(read_after(HostCall::seek, 1), line);
+  EXPECT_STOP(read_after(HostCall::facts, 1), line);
+}
+
+TEST_F(UnitsDeathTest, FaultsOfWritingEndTheProgram) {
+  TestHost host;
+  const auto write_after = [&](HostCall call) {
+    open_with("some\nrecords\n");
+    next_record();
+    host.fail(call, 1, std::errc::io_error);
+    runtime::write_line(kUnit, "x");
+    runtime::flush(kUnit);
+  };
+  const std::string line = fault_line("Schreiben", file("file"), "Input/output error");
+  EXPECT_STOP(write_after(HostCall::facts), line);
+  EXPECT_STOP(write_after(HostCall::truncate), line);
+  EXPECT_STOP(write_after(HostCall::seek), line);
+  EXPECT_STOP(write_after(HostCall::write), line);
+}
+
+TEST_F(UnitsDeathTest, AFileThatMayOnlyBeReadRefusesTheWrite) {
+  TestHost host;
+  const auto write = [&] {
+    host.fail(HostCall::open, 1, std::errc::permission_denied);
+    open_with("kept\n");
+    runtime::write_line(kUnit, "x");
+  };
+  EXPECT_STOP(write(), fault_line("Schreiben", file("file"), "Permission denied"));
+  EXPECT_EQ(read_bytes(file("file")), "kept\n");
+}
+
+// A full disk is told once, and the other files are whole.
+TEST_F(UnitsDeathTest, AFullDiskIsToldOnce) {
+  TestHost host;
+  const auto write = [&](void (*into)(int unit)) {
+    runtime::open(101, file("whole"), OpenStatus::unknown);
+    runtime::write_line(101, "complete");
+    runtime::open(kUnit, file("cut"), OpenStatus::unknown);
+    host.limit_transfers(4);
+    host.fail(HostCall::write, 3, std::errc::no_space_on_device);
+    into(kUnit);
+  };
+  const std::string line = fault_line("Schreiben", file("cut"), "No space left on device");
+  EXPECT_STOP(write([](int unit) {
+                runtime::write_line(unit, "one two three");
+                runtime::flush(unit);
+              }),
+              line);
+  EXPECT_EQ(read_bytes(file("whole")), "complete\n");
+  EXPECT_EQ(read_bytes(file("cut")), "one two ");
+  EXPECT_STOP(write([](int unit) {
+                runtime::write_text(unit, "one two three");
+                runtime::flush(unit);
+              }),
+              line);
+  EXPECT_EQ(read_bytes(file("whole")), "complete\n");
+  EXPECT_EQ(read_bytes(file("cut")), "one two ");
+}
+
+TEST_F(UnitsDeathTest, ADiskThatStaysFullIsToldOnce) {
+  TestHost host;
+  const auto write = [&] {
+    runtime::open(kUnit, file("cut"), OpenStatus::unknown);
+    host.fail(HostCall::write, 1, std::errc::no_space_on_device, true);
+    runtime::write_text(kUnit, "text");
+    runtime::flush(kUnit);
+  };
+  EXPECT_STOP(write(), fault_line("Schreiben", file("cut"), "No space left on device"));
+}
+
+TEST_F(UnitsDeathTest, AFullDiskIsMetInTheMiddleOfALargeFile) {
+  TestHost host;
+  const auto write = [&] {
+    runtime::open(kUnit, file("cut"), OpenStatus::unknown);
+    host.fail(HostCall::write, 2, std::errc::no_space_on_device, true);
+    for (int i = 0; i < 100'000; ++i) runtime::write_line(kUnit, "a record of a large file");
+    runtime::write_line(kUnit, "not reached");
+  };
+  EXPECT_STOP(write(), fault_line("Schreiben", file("cut"), "No space left on device"));
+}
+
+TEST_F(UnitsDeathTest, FaultsOfClosingEndTheProgram) {
+  TestHost host;
+  const auto close_after = [&](HostCall call, CloseStatus status) {
+    open_with("old\n");
+    runtime::write_line(kUnit, "x");
+    host.fail(call, 1, std::errc::no_space_on_device);
+    runtime::close(kUnit, status);
+  };
+  EXPECT_STOP(close_after(HostCall::write, CloseStatus::keep),
+              fault_line("Schließen"_w1252, file("file"), "No space left on device"));
+  EXPECT_STOP(close_after(HostCall::close, CloseStatus::keep),
+              fault_line("Schließen"_w1252, file("file"), "No space left on device"));
+  EXPECT_STOP(close_after(HostCall::remove, CloseStatus::remove),
+              fault_line("Löschen"_w1252, file("file"), "No space left on device"));
+}
+
+}  // namespace
