@@ -47,8 +47,7 @@ void check_letters(std::int32_t i) {
 using Repetitions = std::unordered_map<std::int32_t, std::int32_t>;
 
 // One report for each earlier element of the same name.
-void check_repeated_name(std::int32_t i, Repetitions& repetitions) {
-  const NameIndex& names = element_names();
+void check_repeated_name(const NameIndex& names, std::int32_t i, Repetitions& repetitions) {
   if (names.last.empty()) return;
   const ElementName& name = system_logic.name.at(i);
   const std::int32_t first = first_of_name(names, name);
@@ -98,10 +97,11 @@ void check_tags(std::int32_t i) {
 }
 
 void check_fields() {
+  const NameIndex& names = element_names();
   Repetitions repetitions;
   for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
     check_letters(i);
-    check_repeated_name(i, repetitions);
+    check_repeated_name(names, i, repetitions);
     check_inflow_fields(i);
     check_outflow_fields(i);
     check_tags(i);
@@ -191,10 +191,11 @@ void CheckSystemLogic() {
 
 std::int32_t CheckDuplicateData(char kind, std::string_view file_name, int unit) {
   constexpr std::size_t line_width = 200;
+  const NameIndex& names = element_names();
   std::int32_t level = 0;
   std::string_view line;
   while (runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good) {
-    const std::int32_t i = first_of_name(element_names(), columns<4, 8>(line));
+    const std::int32_t i = first_of_name(names, columns<4, 8>(line));
     if (i == 0 || value_class(kind, line) != 'R') continue;
     std::int32_t& seen = system_logic.data_seen.at(i);
     if (seen == 1) {

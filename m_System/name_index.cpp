@@ -33,10 +33,6 @@ std::size_t hashed_cell(const NameIndex& index, const ElementName& name) {
   return cell;
 }
 
-std::uint32_t weight_of(const NameIndex& index, const ElementName& name, std::size_t place) {
-  return index.weight[place][static_cast<unsigned char>(name.bytes[place])];
-}
-
 // The number of cells that the characters of the names span, or more than `limit`. Sets the weights.
 std::uint64_t weigh_characters(NameIndex& index, const SystemLogic& logic, std::uint64_t limit) {
   std::array<std::array<bool, 256>, NameIndex::name_length> met{};
@@ -66,17 +62,13 @@ void size_cells(NameIndex& index, const SystemLogic& logic) {
   index.cells.resize(static_cast<std::size_t>(index.direct ? spanned : std::bit_ceil(2 * count)));
 }
 
-std::size_t direct_cell(const NameIndex& index, const ElementName& name) {
-  std::size_t cell = 0;
-  for (std::size_t place = 0; place < NameIndex::name_length; ++place) cell += weight_of(index, name, place);
-  return cell;
-}
-
-bool any_foreign_character(const NameIndex& index, const ElementName& name) {
+// The cell of a name; behind the last cell when it has a foreign character.
+std::uint64_t direct_cell(const NameIndex& index, const ElementName& name) {
+  std::uint64_t cell = 0;
   for (std::size_t place = 0; place < NameIndex::name_length; ++place) {
-    if (weight_of(index, name, place) == NameIndex::foreign) return true;
+    cell += index.weight[place][static_cast<unsigned char>(name.bytes[place])];
   }
-  return false;
+  return cell;
 }
 
 }  // namespace
@@ -100,7 +92,8 @@ NameIndex index_names(const SystemLogic& logic) {
 std::int32_t first_of_name(const NameIndex& index, const ElementName& name) {
   if (index.cells.empty()) return 0;
   if (!index.direct) return index.cells[hashed_cell(index, name)];
-  return any_foreign_character(index, name) ? 0 : index.cells[direct_cell(index, name)];
+  const std::uint64_t cell = direct_cell(index, name);
+  return cell < index.cells.size() ? index.cells[cell] : 0;
 }
 
 std::int32_t last_of_name(const NameIndex& index, const ElementName& name) {

@@ -112,9 +112,8 @@ void store_elements(const std::vector<std::string_view>& lines) {
 }
 
 // Of several elements of one name the last one is linked.
-void resolve_links(std::int32_t i) {
+void resolve_links(const NameIndex& names, std::int32_t i) {
   SystemLogic& logic = system_logic;
-  const NameIndex& names = element_names();
   for (std::int32_t k = 1; k <= inflow_slots; ++k) {
     logic.inflow_index.at(i).at(k) = last_of_name(names, logic.inflow_name.at(i).at(k));
   }
@@ -140,8 +139,9 @@ void link_and_list_elements() {
   const int listing = m_files::free_unit(100);
   runtime::open(listing, "code.pkl", runtime::OpenStatus::unknown);
   runtime::write_line(listing, "code.pkl");
+  const NameIndex& names = element_names();
   for (std::int32_t i = 1; i <= logic.element_count; ++i) {
-    resolve_links(i);
+    resolve_links(names, i);
     list_element(listing, i);
   }
   if (logic.element_count > 0) logic.outflow_index.at(logic.element_count).at(1) = logic.element_count + 1;

@@ -52,6 +52,17 @@ char* put_right_justified(char* place, std::size_t width, std::string_view text)
   return put_bytes(put_blanks(place, width - text.size()), text);
 }
 
+// The numbers 00 to 99 one behind the other: two digits are had for one division.
+constexpr std::size_t pairs = 100;
+constexpr auto digit_pairs = [] {
+  std::array<char, 2 * pairs> digits{};
+  for (std::size_t i = 0; i < pairs; ++i) {
+    digits[2 * i] = static_cast<char>('0' + i / 10);
+    digits[2 * i + 1] = static_cast<char>('0' + i % 10);
+  }
+  return digits;
+}();
+
 // A field that is filled from its last column forward; more than it holds turns it into asterisks.
 class FieldFromBehind {
  public:
@@ -64,13 +75,17 @@ class FieldFromBehind {
       *--next_ = character;
     }
   }
+  /// The last `count` digits of a number, zeros included; what is left of it.
   template <class Unsigned>
   Unsigned push_digits(Unsigned number, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i, number /= 10) push(static_cast<char>('0' + number % 10));
+    for (; count >= 2 && columns_left() >= 2; count -= 2) number = push_pair(number);
+    for (; count > 0; --count, number /= 10) push(static_cast<char>('0' + number % 10));
     return number;
   }
+  /// The digits of a number without leading zeros; none for 0.
   template <class Unsigned>
   void push_number(Unsigned number) {
+    while (number >= 10 && columns_left() >= 2) number = push_pair(number);
     for (; number > 0 && !overflow_; number /= 10) push(static_cast<char>('0' + number % 10));
   }
   [[nodiscard]] std::size_t columns_left() const { return static_cast<std::size_t>(next_ - first_); }
@@ -78,11 +93,18 @@ class FieldFromBehind {
   /// Blanks before what was written, or asterisks; the place behind the field.
   char* finish() {
     if (overflow_) return put_filled(first_, static_cast<std::size_t>(end_ - first_), '*');
-    while (next_ != first_) *--next_ = ' ';
+    put_blanks(first_, columns_left());
     return end_;
   }
 
  private:
+  template <class Unsigned>
+  Unsigned push_pair(Unsigned number) {
+    next_ -= 2;
+    std::memcpy(next_, digit_pairs.data() + 2 * (number % pairs), 2);
+    return number / static_cast<Unsigned>(pairs);
+  }
+
   char* first_;
   char* next_;
   char* end_;
