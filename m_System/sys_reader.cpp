@@ -47,17 +47,6 @@ bool is_element_line(std::string_view line) {
          is_link_or_blank(line, 64, 68) && is_link_or_blank(line, 70, 74);
 }
 
-// The element lines of the file; views that stay valid while the unit is open.
-std::vector<std::string_view> element_lines(int unit) {
-  std::vector<std::string_view> lines;
-  std::string_view line;
-  while (runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good) {
-    if (is_element_line(line)) lines.push_back(line);
-  }
-  runtime::rewind(unit);
-  return lines;
-}
-
 void count_type(SystemLogic& logic, char type) {
   switch (type) {
     case 'N':
@@ -83,11 +72,20 @@ void count_type(SystemLogic& logic, char type) {
   }
 }
 
-void count_elements(const std::vector<std::string_view>& lines) {
+// Counts the element lines of the file and keeps them; the views stay valid while the unit is open.
+std::vector<std::string_view> count_element_lines(int unit) {
   SystemLogic& logic = system_logic;
-  logic.total_count = static_cast<std::int32_t>(lines.size());
   logic.count_N = logic.count_K = logic.count_E = logic.count_T = logic.count_V = logic.count_B = 0;
-  for (const std::string_view line : lines) count_type(logic, line[name_column - 1]);
+  std::vector<std::string_view> lines;
+  std::string_view line;
+  while (runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good) {
+    if (!is_element_line(line)) continue;
+    count_type(logic, line[name_column - 1]);
+    lines.push_back(line);
+  }
+  logic.total_count = static_cast<std::int32_t>(lines.size());
+  runtime::rewind(unit);
+  return lines;
 }
 
 void store_element(SystemLogic& logic, std::int32_t i, std::string_view line) {
@@ -156,8 +154,7 @@ void CountElements(int unit) {
 void ReadSystemFile(std::string_view variant_name) {
   const int unit = OpenInputFile(file_name_of(variant_name, ".sys"));
   if (unit == 0) return;
-  const std::vector<std::string_view> lines = element_lines(unit);
-  count_elements(lines);
+  const std::vector<std::string_view> lines = count_element_lines(unit);
   m_WLM_error::ErrorLevel = std::max(m_WLM_error::ErrorLevel, AllocateSystemTables());
   if (m_WLM_error::ErrorLevel > 1) {
     runtime::close(unit);

@@ -218,15 +218,16 @@ char* put_text(char* place, std::size_t width, std::string_view value) {
 }
 
 char* put_value(char* place, const FormatItem& item, const Value& value) {
-  if (!fits(item, value.kind())) return put_filled(place, std::max<std::size_t>(item.width, 1), '*');
-  switch (item.edit) {
-    case Edit::text:
-      return put_text(place, item.width, value.text());
-    case Edit::integer:
-      return put_integer(place, item.width, item.decimals, value.integer());
-    default:
-      return put_fixed(place, item.width, item.decimals, value.real());
+  if (item.edit == Edit::text && value.kind() == Value::Kind::text) {
+    return put_text(place, item.width, value.text());
   }
+  if (item.edit == Edit::integer && value.kind() == Value::Kind::integer) {
+    return put_integer(place, item.width, item.decimals, value.integer());
+  }
+  if (item.edit == Edit::fixed && value.kind() == Value::Kind::real) {
+    return put_fixed(place, item.width, item.decimals, value.real());
+  }
+  return put_filled(place, std::max<std::size_t>(item.width, 1), '*');
 }
 
 // One record after another. Columns that are only skipped stay unwritten until something follows them.

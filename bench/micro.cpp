@@ -1,0 +1,161 @@
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "edit_input.h"
+#include "edit_output.h"
+#include "m_System.h"
+#include "name_index.h"
+#include "record_search.h"
+#include "units.h"
+
+// The steps that a run repeats for every line: each alone, in time per line, number or name.
+
+namespace {
+
+constexpr int unit = 100;
+
+// A file in the folder for temporary files; gone with the object.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::string& text)
+      : path_(std::filesystem::temp_directory_path() / ("kv_micro_" + std::to_string(std::rand()))) {
+    std::ofstream(path_, std::ios::binary) << text;
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() { std::filesystem::remove(path_); }
+  [[nodiscard]] std::string path() const { return path_.string(); }
+
+ private:
+  std::filesystem::path path_;
+};
+
+std::string element_name(std::int32_t number) {
+  constexpr std::string_view digits = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+  std::string name = "N0000";
+  for (std::size_t place = 4; place > 0; --place, number /= 36) {
+    name[place] = digits[static_cast<std::size_t>(number % 36)];
+  }
+  return name;
+}
+
+std::string area_line(std::int32_t number) {
+  return "   " + element_name(number) + "  1.250  0.4\n";
+}
+
+void fill_system(std::int32_t count) {
+  m_System::reset();
+  m_System::system_logic.total_count = count;
+  m_System::AllocateSystemTables();
+  for (std::int32_t i = 1; i <= count; ++i) m_System::system_logic.name.at(i) = element_name(i);
+}
+
+void CutRecords(benchmark::State& state, std::string_view line_end) {
+  constexpr std::int64_t lines = 100'000;
+  std::string text;
+  for (std::int64_t i = 0; i < lines; ++i) text.append(70, 'x').append(line_end);
+  const TemporaryFile file(text);
+  runtime::open(unit, file.path(), runtime::OpenStatus::old);
+  for (auto _ : state) {
+    runtime::rewind(unit);
+    std::string_view line;
+    while (runtime::read_line(unit, 100, line) == runtime::ReadStatus::good) benchmark::DoNotOptimize(line);
+  }
+  runtime::close(unit);
+  state.SetItemsProcessed(state.iterations() * lines);
+}
+BENCHMARK_CAPTURE(CutRecords, lf, "\n");
+BENCHMARK_CAPTURE(CutRecords, crlf, "\r\n");
+BENCHMARK_CAPTURE(CutRecords, cr, "\r");
+
+void EditIn(benchmark::State& state, std::string_view field) {
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(field);
+    benchmark::DoNotOptimize(runtime::edit_single(field));
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK_CAPTURE(EditIn, area, "1.250");
+BENCHMARK_CAPTURE(EditIn, exponent, "125e9");
+BENCHMARK_CAPTURE(EditIn, far_exponent, "1e-30");
+BENCHMARK_CAPTURE(EditIn, blank, "     ");
+
+void EditOutFixed(benchmark::State& state, double value) {
+  std::string out;
+  for (auto _ : state) {
+    out.clear();
+    runtime::append_fixed(out, 10, 3, value);
+    benchmark::DoNotOptimize(out);
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK_CAPTURE(EditOutFixed, area, 1234.5);
+BENCHMARK_CAPTURE(EditOutFixed, zero, 0.0);
+BENCHMARK_CAPTURE(EditOutFixed, too_wide, 1.0E20);
+
+void EditOutListingLine(benchmark::State& state) {
+  const auto& layout = runtime::format<"(6(a,1x),6i4)">;
+  std::string out;
+  for (auto _ : state) {
+    out.clear();
+    const std::array<runtime::Value, 12> values = {"T0010", "N0010", "K0010", "     ", "T0020", "     ",
+                                                   3,       1,       2,       0,       4,       0};
+    runtime::append_formatted(out, layout, values, "\n");
+    benchmark::DoNotOptimize(out);
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(EditOutListingLine);
+
+void IndexNames(benchmark::State& state) {
+  fill_system(static_cast<std::int32_t>(state.range(0)));
+  for (auto _ : state) benchmark::DoNotOptimize(m_System::index_names(m_System::system_logic));
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+  m_System::reset();
+}
+BENCHMARK(IndexNames)->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
+
+void FindName(benchmark::State& state) {
+  const auto count = static_cast<std::int32_t>(state.range(0));
+  fill_system(count);
+  const m_System::NameIndex index = m_System::index_names(m_System::system_logic);
+  constexpr std::int32_t stride = 7919;
+  std::int32_t i = 0;
+  for (auto _ : state) {
+    i = (i + stride) % count;
+    benchmark::DoNotOptimize(m_System::last_of_name(index, m_System::system_logic.name.at(i + 1)));
+  }
+  state.SetItemsProcessed(state.iterations());
+  m_System::reset();
+}
+BENCHMARK(FindName)->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
+
+void FindRecords(benchmark::State& state, bool reversed) {
+  const auto count = static_cast<std::int32_t>(state.range(0));
+  fill_system(count);
+  std::string text;
+  for (std::int32_t i = 1; i <= count; ++i) text += area_line(reversed ? count + 1 - i : i);
+  const TemporaryFile file(text);
+  for (auto _ : state) {
+    runtime::open(unit, file.path(), runtime::OpenStatus::old);
+    m_System::RecordSearch search{.unit = unit};
+    for (std::int32_t i = 1; i <= count; ++i) {
+      benchmark::DoNotOptimize(m_System::find_record(search, m_System::system_logic.name.at(i)));
+    }
+    runtime::close(unit);
+  }
+  state.SetItemsProcessed(state.iterations() * count);
+  m_System::reset();
+}
+BENCHMARK_CAPTURE(FindRecords, system_order, false)->Arg(1'000)->Arg(100'000);
+BENCHMARK_CAPTURE(FindRecords, reversed, true)->Arg(1'000)->Arg(100'000);
+
+}  // namespace
+
+BENCHMARK_MAIN();
