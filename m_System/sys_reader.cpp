@@ -148,7 +148,7 @@ void link_and_list_elements() {
 }  // namespace
 
 void CountElements(int unit) {
-  count_elements(element_lines(unit));
+  count_element_lines(unit);
 }
 
 void ReadSystemFile(std::string_view variant_name) {
