@@ -28,8 +28,7 @@ void read_branching(std::string_view line, std::int32_t branching) {
   branching_tables.share.at(branching) *= per_cent;
 }
 
-void read_branchings(const FileName& file_name, int unit) {
-  m_System::RecordSearch search{.unit = unit};
+void read_branchings(const FileName& file_name, m_System::RecordSearch& search) {
   std::int32_t branching = 0;
   for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
     if (system_logic.type.at(i) != 'V') continue;
@@ -45,7 +44,7 @@ void read_branchings(const FileName& file_name, int unit) {
     const std::int32_t code = branching_tables.code.at(branching);
     if (code > highest_code) Report("Ver1", {.text1 = file_name.view(), .text2 = name, .int1 = code});
   }
-  runtime::close(unit);
+  runtime::close(search.unit);
 }
 
 }  // namespace
@@ -64,9 +63,9 @@ std::int32_t AllocateBranchingTables() {
 
 void ReadBranchings(std::string_view variant_name) {
   const FileName file_name = m_System::file_name_of(variant_name, ".ver");
-  const int unit = m_System::OpenCompanionFile(file_name, 'V');
-  if (unit == 0) return;
-  if (m_System::ReadyToRead(unit, AllocateBranchingTables())) read_branchings(file_name, unit);
+  m_System::RecordSearch search = m_System::OpenCompanionFile(file_name, 'V');
+  if (search.unit == 0) return;
+  if (m_System::ReadyToRead(search.unit, AllocateBranchingTables())) read_branchings(file_name, search);
 }
 
 void reset() {

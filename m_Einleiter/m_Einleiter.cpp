@@ -75,8 +75,7 @@ void read_source(const AreaFile& file, const FileName& file_name, std::string_vi
   }
 }
 
-void read_sources(const AreaFile& file, const FileName& file_name, int unit) {
-  m_System::RecordSearch search{.unit = unit, .mark_of = unit_of_line};
+void read_sources(const AreaFile& file, const FileName& file_name, m_System::RecordSearch& search) {
   std::int32_t source = 0;
   for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
     const char type = system_logic.type.at(i);
@@ -92,15 +91,15 @@ void read_sources(const AreaFile& file, const FileName& file_name, int unit) {
     }
     read_source(file, file_name, record.line, i, source);
   }
-  runtime::close(unit);
+  runtime::close(search.unit);
 }
 
 void read_areas(const AreaFile& file, std::string_view variant_name, bool allocate) {
   const FileName file_name = m_System::file_name_of(variant_name, file.extension);
-  const int unit = m_System::OpenCompanionFile(file_name, file.type);
-  if (unit == 0) return;
+  m_System::RecordSearch search = m_System::OpenCompanionFile(file_name, file.type, unit_of_line);
+  if (search.unit == 0) return;
   const std::int32_t status = allocate ? AllocateSourceTables() : 0;
-  if (m_System::ReadyToRead(unit, status)) read_sources(file, file_name, unit);
+  if (m_System::ReadyToRead(search.unit, status)) read_sources(file, file_name, search);
 }
 
 }  // namespace

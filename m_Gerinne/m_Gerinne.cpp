@@ -35,8 +35,7 @@ void read_reach(std::string_view line, int unit, std::int32_t reach) {
   tables.station_value.at(reach) = value_of(line);
 }
 
-void read_reaches(const FileName& file_name, int unit) {
-  m_System::RecordSearch search{.unit = unit};
+void read_reaches(const FileName& file_name, m_System::RecordSearch& search) {
   std::int32_t reach = 0;
   for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
     if (system_logic.type.at(i) != 'T') continue;
@@ -47,9 +46,9 @@ void read_reaches(const FileName& file_name, int unit) {
       return;
     }
     ++reach;
-    read_reach(record.line, unit, reach);
+    read_reach(record.line, search.unit, reach);
   }
-  runtime::close(unit);
+  runtime::close(search.unit);
 }
 
 }  // namespace
@@ -68,9 +67,9 @@ std::int32_t AllocateReachTables() {
 
 void ReadReaches(std::string_view variant_name) {
   const FileName file_name = m_System::file_name_of(variant_name, ".trs");
-  const int unit = m_System::OpenCompanionFile(file_name, 'T');
-  if (unit == 0) return;
-  if (m_System::ReadyToRead(unit, AllocateReachTables())) read_reaches(file_name, unit);
+  m_System::RecordSearch search = m_System::OpenCompanionFile(file_name, 'T');
+  if (search.unit == 0) return;
+  if (m_System::ReadyToRead(search.unit, AllocateReachTables())) read_reaches(file_name, search);
 }
 
 void reset() {

@@ -1,6 +1,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "fixed_text.h"
 #include "m_ScrenixQt.h"
@@ -8,6 +9,7 @@
 #include "m_WLM_error.h"
 #include "m_strings.h"
 #include "name_index.h"
+#include "record_search.h"
 #include "units.h"
 
 namespace m_System {
@@ -180,6 +182,16 @@ char value_class(char kind, std::string_view line) {
   }
 }
 
+// A second value line is reported; the level of the last report.
+std::int32_t note_value(std::string_view file_name, std::int32_t i, std::int32_t level) {
+  std::int32_t& seen = system_logic.data_seen.at(i);
+  const bool repeated = seen == 1;
+  seen = 1;
+  if (!repeated) return level;
+  const std::string_view name = system_logic.name.at(i).view();
+  return m_WLM_error::MessageDispatcher("A14", {.text1 = file_name, .text2 = name});
+}
+
 }  // namespace
 
 void CheckSystemLogic() {
@@ -190,21 +202,25 @@ void CheckSystemLogic() {
 }
 
 std::int32_t CheckDuplicateData(char kind, std::string_view file_name, int unit) {
+  RecordSearch search{.unit = unit};
+  return CheckDuplicateData(kind, file_name, search);
+}
+
+std::int32_t CheckDuplicateData(char kind, std::string_view file_name, RecordSearch& search) {
   constexpr std::size_t line_width = 200;
   const NameIndex& names = element_names();
+  LineNotes notes;
   std::int32_t level = 0;
   std::string_view line;
-  while (runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good) {
+  runtime::RecordPosition position = runtime::position(search.unit);
+  while (runtime::read_line(search.unit, line_width, line) == runtime::ReadStatus::good) {
     const std::int32_t i = first_of_name(names, columns<4, 8>(line));
-    if (i == 0 || value_class(kind, line) != 'R') continue;
-    std::int32_t& seen = system_logic.data_seen.at(i);
-    if (seen == 1) {
-      level = m_WLM_error::MessageDispatcher("A14",
-                                             {.text1 = file_name, .text2 = system_logic.name.at(i).view()});
-    }
-    seen = 1;
+    note_line(notes, search.mark_of, line, i, position);
+    position = runtime::position(search.unit);
+    if (i != 0 && value_class(kind, line) == 'R') level = note_value(file_name, i, level);
   }
-  runtime::rewind(unit);
+  runtime::rewind(search.unit);
+  search.index = index_of(std::move(notes));
   return level;
 }
 

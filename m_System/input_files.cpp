@@ -7,6 +7,7 @@
 #include "m_WLM_error.h"
 #include "m_files.h"
 #include "m_strings.h"
+#include "record_search.h"
 #include "units.h"
 
 namespace m_System {
@@ -39,14 +40,14 @@ int OpenInputFile(const FileName& file_name) {
   return unit;
 }
 
-int OpenCompanionFile(const FileName& file_name, char kind) {
-  const int unit = OpenInputFile(file_name);
-  if (unit == 0) return 0;
-  m_WLM_error::ErrorLevel =
-      std::max(m_WLM_error::ErrorLevel, CheckDuplicateData(kind, file_name.view(), unit));
-  if (m_WLM_error::ErrorLevel <= 1) return unit;
-  runtime::close(unit);
-  return 0;
+RecordSearch OpenCompanionFile(const FileName& file_name, char kind, LineMark mark_of) {
+  RecordSearch search{.unit = OpenInputFile(file_name), .mark_of = mark_of};
+  if (search.unit == 0) return {};
+  const std::int32_t level = CheckDuplicateData(kind, file_name.view(), search);
+  m_WLM_error::ErrorLevel = std::max(m_WLM_error::ErrorLevel, level);
+  if (m_WLM_error::ErrorLevel <= 1) return search;
+  runtime::close(search.unit);
+  return {};
 }
 
 bool ReadyToRead(int unit, std::int32_t allocation_status) {

@@ -84,11 +84,6 @@ FileName file_name_of(std::string_view variant_name, std::string_view extension)
 /// is what the dispatcher returned for level 3.
 int OpenInputFile(const FileName& file_name);
 
-/// Opens a companion file as above and checks it for duplicate values of that element type; the level of the
-/// check is folded into the run's. Returns the unit, or 0 when the reader must end: the file could not be
-/// had, or the run's level is above 1 (the file is closed again).
-int OpenCompanionFile(const FileName& file_name, char kind);
-
 /// Folds an allocation's status into the run's level. False, with the file closed, when the reader must end:
 /// the level is above 1 or the system has no elements.
 bool ReadyToRead(int unit, std::int32_t allocation_status);

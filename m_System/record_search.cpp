@@ -1,6 +1,8 @@
 #include "record_search.h"
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 #include "fixed_text.h"
 #include "name_index.h"
@@ -11,67 +13,28 @@ namespace {
 using runtime::RecordPosition;
 
 constexpr std::size_t line_width = 500;
-constexpr int lines_read_before_indexing = 16;
-
-std::int32_t mark_of(const RecordSearch& search, std::string_view line) {
-  return search.mark_of == nullptr ? 0 : search.mark_of(line);
-}
-
-bool read_on(const RecordSearch& search, std::string_view& line) {
-  return runtime::read_line(search.unit, line_width, line) == runtime::ReadStatus::good;
-}
-
-std::optional<FoundRecord> search_near(const RecordSearch& search, const ElementName& name) {
-  FoundRecord result;
-  for (int i = 0; i < lines_read_before_indexing && read_on(search, result.line); ++i) {
-    if (const std::int32_t mark = mark_of(search, result.line)) result.last_mark = mark;
-    if (runtime::columns<4, 8>(result.line) == name) {
-      result.found = true;
-      return result;
-    }
-  }
-  return std::nullopt;
-}
-
-struct ElementRecord {
-  std::int32_t element = 0;
-  RecordPosition position;
-};
-
-// Sorts the records by element; within one they stay in file order.
-void sort_records(RecordIndex& index, const std::vector<ElementRecord>& records) {
-  index.begin.assign(static_cast<std::size_t>(system_logic.element_count) + 2, 0);
-  for (const ElementRecord& record : records) ++index.begin[static_cast<std::size_t>(record.element) + 1];
-  for (std::size_t i = 1; i < index.begin.size(); ++i) index.begin[i] += index.begin[i - 1];
-  std::vector<std::uint32_t> next = index.begin;
-  index.records.resize(records.size());
-  for (const ElementRecord& record : records) {
-    index.records[next[static_cast<std::size_t>(record.element)]++] = record.position;
-  }
+bool read_on(int unit, std::string_view& line) {
+  return runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good;
 }
 
 RecordIndex index_file(const RecordSearch& search) {
-  RecordIndex index;
-  std::vector<ElementRecord> records;
+  LineNotes notes;
   const NameIndex& names = element_names();
   runtime::rewind(search.unit);
   RecordPosition position = runtime::position(search.unit);
   std::string_view line;
-  while (read_on(search, line)) {
-    if (const std::int32_t mark = mark_of(search, line)) index.marked.push_back({position, mark});
-    const std::int32_t element = first_of_name(names, runtime::columns<4, 8>(line));
-    if (element != 0) records.push_back({element, position});
+  while (read_on(search.unit, line)) {
+    note_line(notes, search.mark_of, line, first_of_name(names, runtime::columns<4, 8>(line)), position);
     position = runtime::position(search.unit);
   }
-  sort_records(index, records);
-  return index;
+  return index_of(std::move(notes));
 }
 
 // The last marked line at or before a place and not before another; 0 when there is none.
 std::int32_t last_mark_between(const RecordIndex& index, RecordPosition from, RecordPosition to) {
-  const auto behind = std::ranges::upper_bound(index.marked, to, {}, &RecordIndex::MarkedLine::position);
+  const auto behind = std::ranges::upper_bound(index.marked, to, {}, &LineNotes::MarkedLine::position);
   if (behind == index.marked.begin()) return 0;
-  const RecordIndex::MarkedLine& last = *std::prev(behind);
+  const LineNotes::MarkedLine& last = *std::prev(behind);
   return last.position < from ? 0 : last.mark;
 }
 
@@ -98,18 +61,36 @@ FoundRecord search_index(const RecordSearch& search, const ElementName& name, Re
   result.last_mark =
       ahead == end ? mark_after_wrap(index, from, place) : last_mark_between(index, from, place);
   runtime::set_position(search.unit, place);
-  result.found = read_on(search, result.line);
+  result.found = read_on(search.unit, result.line);
   return result;
 }
 
 }  // namespace
 
+void note_line(LineNotes& notes, LineMark mark_of, std::string_view line, std::int32_t element,
+               RecordPosition position) {
+  if (element != 0) notes.records.push_back({element, position});
+  const std::int32_t mark = mark_of == nullptr ? 0 : mark_of(line);
+  if (mark != 0) notes.marked.push_back({position, mark});
+}
+
+RecordIndex index_of(LineNotes&& notes) {
+  RecordIndex index;
+  index.marked = std::move(notes.marked);
+  index.begin.assign(static_cast<std::size_t>(system_logic.element_count) + 2, 0);
+  for (const auto& record : notes.records) ++index.begin[static_cast<std::size_t>(record.element) + 1];
+  std::partial_sum(index.begin.begin(), index.begin.end(), index.begin.begin());
+  std::vector<std::uint32_t> next = index.begin;
+  index.records.resize(notes.records.size());
+  for (const auto& record : notes.records) {
+    index.records[next[static_cast<std::size_t>(record.element)]++] = record.position;
+  }
+  return index;
+}
+
 FoundRecord find_record(RecordSearch& search, const ElementName& name) {
   const RecordPosition from = runtime::position(search.unit);
-  if (!search.index) {
-    if (const auto near = search_near(search, name)) return *near;
-    search.index = index_file(search);
-  }
+  if (!search.index) search.index = index_file(search);
   return search_index(search, name, from);
 }
 

@@ -15,23 +15,52 @@ namespace m_System {
 /// such a line, 0 for any other.
 using LineMark = std::int32_t (*)(std::string_view line);
 
-/// The records and the marked lines of a companion file by name, so that no search reads the file again.
-struct RecordIndex {
+/// What is noted of a companion file while it is read through: the lines that bear an element's name and the
+/// marked lines, in file order.
+struct LineNotes {
+  struct ElementLine {
+    std::int32_t element = 0;
+    runtime::RecordPosition position;
+  };
   struct MarkedLine {
     runtime::RecordPosition position;
     std::int32_t mark = 0;
   };
+  std::vector<ElementLine> records;
+  std::vector<MarkedLine> marked;
+};
+
+/// Takes a line into the notes; `element` is the one whose name stands in its columns 4-8, 0 when there is
+/// none.
+void note_line(LineNotes& notes, LineMark mark_of, std::string_view line, std::int32_t element,
+               runtime::RecordPosition position);
+
+/// The same by element, so that no search reads the file again.
+struct RecordIndex {
   std::vector<std::uint32_t> begin;              ///< by element: where its records begin in `records`
   std::vector<runtime::RecordPosition> records;  ///< by element, in file order
-  std::vector<MarkedLine> marked;                ///< in file order
+  std::vector<LineNotes::MarkedLine> marked;     ///< in file order
 };
+
+/// Sorts the notes of a whole file by element.
+RecordIndex index_of(LineNotes&& notes);
 
 /// The search for the elements' records in an open companion file.
 struct RecordSearch {
   int unit = 0;
   LineMark mark_of = nullptr;  ///< null: no line is marked
+  /// Made while the file is checked for duplicate values, else by the first search.
   std::optional<RecordIndex> index = std::nullopt;
 };
+
+/// Opens a companion file as `OpenInputFile` does and checks it for duplicate values of that element type;
+/// the level of the check is folded into the run's. Returns the search, ready to be used, or one with the
+/// unit 0 when the reader must end: the file could not be had, or the run's level is above 1 (the file is
+/// closed).
+RecordSearch OpenCompanionFile(const FileName& file_name, char kind, LineMark mark_of = nullptr);
+
+/// `CheckDuplicateData` on the file of a search, whose index is made on the way.
+std::int32_t CheckDuplicateData(char kind, std::string_view file_name, RecordSearch& search);
 
 /// What a search found.
 struct FoundRecord {
@@ -43,9 +72,7 @@ struct FoundRecord {
 /// Finds the next line from the unit's place on whose columns 4-8 hold the name; at the end of the file it
 /// goes on once from the beginning. The unit then stands behind the found line. Without such a line nothing
 /// is found, and the marks are those of all lines up to the second end of the file.
-///
-/// The lines count as read one after the other, and the first ones are: a file in system order needs no
-/// index. When the line is not near, an index of the whole file answers this search and all later ones.
+/// All is as if the lines were read one after the other; the index spares the reading.
 FoundRecord find_record(RecordSearch& search, const ElementName& name);
 
 }  // namespace m_System
