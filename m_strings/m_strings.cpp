@@ -35,7 +35,8 @@ constexpr auto powers_of_ten = [] {
 
 float power_of_ten(std::int32_t exponent) {
   if (exponent < -table_reach || exponent > table_reach) return runtime::integer_power(10.0F, exponent);
-  return powers_of_ten[static_cast<std::size_t>(exponent + table_reach)];
+  const std::int32_t place = exponent + table_reach;
+  return powers_of_ten[static_cast<std::size_t>(place)];
 }
 
 float digit_value(char digit) {

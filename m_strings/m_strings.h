@@ -106,11 +106,11 @@ struct PathParts {
 
 /// What `SplitPath` builds and asks for besides the three positions.
 struct SplitPathOptions {
-  std::optional<std::string_view> new_extension;  ///< without its point
-  std::optional<std::string_view> prefix;         ///< put before the base name
-  std::optional<std::string_view> suffix;         ///< put behind the base name
-  std::string* new_path = nullptr;                ///< receives the new path
-  bool* exists = nullptr;                         ///< receives whether the file exists
+  std::optional<std::string_view> new_extension = std::nullopt;  ///< without its point
+  std::optional<std::string_view> prefix = std::nullopt;         ///< put before the base name
+  std::optional<std::string_view> suffix = std::nullopt;         ///< put behind the base name
+  std::string* new_path = nullptr;                               ///< receives the new path
+  bool* exists = nullptr;                                        ///< receives whether the file exists
 };
 
 /// Finds the directory part, the extension and the length of a path (separator: backslash).

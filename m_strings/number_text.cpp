@@ -18,8 +18,12 @@ std::span<char> field_of(std::span<char> text, std::int32_t width) {
 }
 
 std::int32_t digit_count(float magnitude) {
-  std::int32_t count = 1;
-  for (float quotient = magnitude / 10.0F; quotient >= 1.0F; quotient /= 10.0F) ++count;
+  std::int32_t count = 0;
+  float quotient = magnitude;
+  do {
+    quotient /= 10.0F;
+    ++count;
+  } while (quotient >= 1.0F);
   return count;
 }
 
