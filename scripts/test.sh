@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the presets release and asan, checks layout and lint, and runs the tests in both.
+# Builds the presets release and asan, checks layout and lint, growth and bytes of larger variants, and runs
+# the tests in both builds.
 # The last lines of the output are ctest's own summary.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -43,6 +44,9 @@ step "clang-tidy"
 }
 # shellcheck disable=SC2016 # $1 is for the inner shell
 compiled_sources | xargs -d '\n' -n 1 -P "$jobs" bash -c 'tidy "$1"' tidy
+
+step "benchmark, short form"
+scripts/bench.sh --check
 
 for preset in release asan; do
   step "tests $preset"
