@@ -202,11 +202,13 @@ class FormatParser {
 
   constexpr void group(std::uint16_t count) {
     rest_.remove_prefix(1);
+    if (++depth_ > deepest_group) return fail();
     const std::string_view body = rest_;
     for (std::uint16_t i = 0; i < count && result_.valid; ++i) {
       rest_ = body;
       list();
     }
+    --depth_;
   }
 
   constexpr void text(std::uint16_t count) {
@@ -258,7 +260,11 @@ class FormatParser {
          .offset = static_cast<std::uint16_t>(begin)});
   }
 
+  // A format that only the run knows must not exhaust the stack.
+  static constexpr int deepest_group = 20;
+
   std::string_view rest_;
+  int depth_ = 0;
   ParsedFormat result_{};
 };
 

@@ -130,6 +130,15 @@ TEST(Notation, RefusesMoreThanItsRoom) {
   EXPECT_FALSE(valid("('\xCE\xB1')")) << "a character that the code page lacks";
 }
 
+TEST(Notation, RefusesBracketsNestedTooDeeply) {
+  const auto nested = [](std::size_t depth) {
+    return "(" + std::string(depth, '(') + "a" + std::string(depth, ')') + ")";
+  };
+  EXPECT_TRUE(valid(nested(20)));
+  EXPECT_FALSE(valid(nested(21)));
+  EXPECT_FALSE(valid(nested(1'000'000)));
+}
+
 TEST(Notation, IsTheSameAtCompileTime) {
   constexpr runtime::Format format = runtime::format<"(a,2(1x,f8.3),'ä',i0/)">;
   static_assert(format.items.size() == 8);
