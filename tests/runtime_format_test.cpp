@@ -131,8 +131,9 @@ TEST(Notation, RefusesMoreThanItsRoom) {
 }
 
 TEST(Notation, RefusesBracketsNestedTooDeeply) {
-  const auto nested = [](std::size_t depth) {
-    return "(" + std::string(depth, '(') + "a" + std::string(depth, ')') + ")";
+  // The outer bracket and so many groups.
+  const auto nested = [](std::size_t groups) {
+    return std::string(groups + 1, '(').append("a").append(groups + 1, ')');
   };
   EXPECT_TRUE(valid(nested(20)));
   EXPECT_FALSE(valid(nested(21)));
