@@ -55,7 +55,11 @@ void check_repeated_name(const NameIndex& names, std::int32_t i, Repetitions& re
   const std::int32_t first = first_of_name(names, name);
   if (first == i) return;
   const std::int32_t earlier = ++repetitions[first];
-  for (std::int32_t report = 1; report <= earlier; ++report) report_names("Y04", name);
+  for (std::int32_t report = 1; report <= earlier; ++report) {
+    report_names("Y04", name);
+    // Only a suppressed report gives 0; its repetitions would leave nothing either.
+    if (m_WLM_error::ErrorLevel == 0) return;
+  }
 }
 
 void check_inflow_fields(std::int32_t i) {
