@@ -126,8 +126,9 @@ TEST(WindowsBytes, ArePlainForEveryLatinLetter) {
     EXPECT_EQ(runtime::cp1252_byte(code_point), static_cast<int>(code_point));
   }
   // The controls between, the two quarters of the table that stay empty, and what lies outside.
-  for (const char32_t missing : {0x80, 0x81, 0x8D, 0x8F, 0x90, 0x9D, 0x9F, 0x100, 0x391, 0x20AD, 0xFFFD}) {
-    EXPECT_EQ(runtime::cp1252_byte(missing), -1) << static_cast<std::uint32_t>(missing);
+  for (const std::uint32_t missing :
+       {0x80U, 0x81U, 0x8DU, 0x8FU, 0x90U, 0x9DU, 0x9FU, 0x100U, 0x391U, 0x20ADU, 0xFFFDU}) {
+    EXPECT_EQ(runtime::cp1252_byte(static_cast<char32_t>(missing)), -1) << missing;
   }
 }
 
