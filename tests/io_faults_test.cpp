@@ -35,6 +35,13 @@ using test_files::write_bytes;
 
 constexpr std::chrono::seconds kTimeout{10};
 
+// A sanitizer asks for handles and address space of its own.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool kSanitized = true;
+#else
+constexpr bool kSanitized = false;
+#endif
+
 struct Outcome {
   int status = -1;  // as waitpid gives it; -1 after the timeout
   std::string out;
@@ -245,6 +252,7 @@ TEST_F(IoFaults, FilesThatReachTheAllowedSize) {
 }
 
 TEST_F(IoFaults, FewHandlesEndInOrder) {
+  if (kSanitized) GTEST_SKIP() << "the sanitizer needs handles of its own";
   // One beyond the standard streams: without it the process cannot even begin.
   for (rlim_t handles = 4; handles < 10; ++handles) {
     fs::remove(file("var1.Akum"));
@@ -546,12 +554,6 @@ TEST_F(IoFaults, ResultIsTheListing) {
 
 // Memory.
 
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool kSanitized = true;
-#else
-constexpr bool kSanitized = false;
-#endif
-
 // Tables that cannot be allocated raise the level of the run without a text: there is no result then.
 bool told_or_whole_or_absent(const Outcome& outcome, const fs::path& result, std::string_view wanted) {
   if (outcome.err.ends_with('\n') || outcome.out.find("KV_Akum: Fehler") != std::string::npos) return true;
@@ -559,7 +561,7 @@ bool told_or_whole_or_absent(const Outcome& outcome, const fs::path& result, std
 }
 
 TEST_F(IoFaults, LittleMemoryIsTold) {
-  if (kSanitized) GTEST_SKIP() << "the sanitizer itself asks for more address space";
+  if (kSanitized) GTEST_SKIP() << "the sanitizer needs memory of its own";
   write_chain(file("large"), 9999);
   expect_run(run("large"), closing("large"), "");
   const std::string wanted = read_bytes(file("large.Akum"));
