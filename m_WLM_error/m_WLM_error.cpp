@@ -67,11 +67,12 @@ bool suppressed(std::string_view code) {
 
 // The protocol.
 
+// One that cannot be deleted is overwritten by the first message.
 void delete_old_protocol() {
   if (!runtime::is_regular_file(state.protocol_path.trimmed())) return;
   const int unit = m_files::free_unit(first_unit);
   if (runtime::try_open(unit, state.protocol_path.trimmed(), runtime::OpenStatus::unknown)) {
-    runtime::close(unit, runtime::CloseStatus::remove);
+    runtime::try_close(unit, runtime::CloseStatus::remove);
   }
 }
 
