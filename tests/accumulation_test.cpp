@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <string>
@@ -22,7 +23,6 @@ using KV_Akum::AccumulateAreas;
 using m_Bauwerke::branching_tables;
 using m_Einleiter::source_tables;
 using m_Gerinne::reach_tables;
-using m_System::system_logic;
 using testing::ElementsAre;
 using variant_files::fill_system_logic;
 using variant_files::german;

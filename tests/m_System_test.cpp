@@ -3,9 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -88,7 +91,7 @@ TEST_F(SystemTest, WithoutElementsEveryTableHasOneEntry) {
 TEST_F(SystemTest, ReportsAFailedAllocation) {
   system_logic.total_count = 100;
   // Enough for the small tables and too little for the inflow names.
-  for (const std::size_t limit : {std::size_t{0}, std::size_t{101 * 12}}) {
+  for (const std::size_t limit : {std::size_t{0}, std::size_t{101} * 12}) {
     runtime::limit_allocations(limit);
     EXPECT_EQ(AllocateSystemTables(), 5020) << limit;
   }

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -20,7 +19,6 @@ using m_WLM_error::ErrorLevel;
 using m_WLM_error::MessageDispatcher;
 using m_WLM_error::Report;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using variant_files::german;
 using variant_files::Lines;
 using variant_files::protocol_codes;
