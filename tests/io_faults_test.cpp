@@ -79,9 +79,6 @@ std::string fault_line(std::string_view operation, std::string_view path, std::s
 constexpr std::string_view kOpening =
     "\xD6"
     "ffnen";
-constexpr std::string_view kDeletion =
-    "L\xF6"
-    "schen";
 constexpr std::string_view kFull = "No space left on device";
 
 std::string notice(std::string_view title, std::string_view text) {
@@ -357,15 +354,20 @@ TEST_F(IoFaults, FolderOfTheVariantIsReadOnly) {
   expect_whole("code.pkl");
 }
 
-TEST_F(IoFaults, OldProtocolCannotBeRemoved) {
+TEST_F(IoFaults, OldProtocolThatCannotBeRemovedIsOverwritten) {
+  make_a_finding();
   fs::create_directory(file("data"));
-  write_bytes(file("data/var1.sys"), read_bytes(file("var1.sys")));
-  write_bytes(file("data/var1.pkl"), "of an earlier run\n");
+  for (const char* kind : {".sys", ".nfl", ".kfl", ".trs", ".ver"}) {
+    fs::rename(file(std::string("var1") + kind), file(std::string("data/var1") + kind));
+  }
+  write_bytes(file("data/var1.pkl"), std::string(5000, 'x'));
   const Restricted restricted(file("data"), kReadOnlyFolder);
   const Outcome outcome = run("data\\var1", give_up_the_rights_of_a_superuser);
   if (cannot_give_up_rights(outcome)) GTEST_SKIP() << "the superuser's rights cannot be given up here";
-  expect_run(outcome, "", fault_line(kDeletion, "data/var1.pkl", "Permission denied"));
-  EXPECT_EQ(read_bytes(file("data/var1.pkl")), "of an earlier run\n");
+  expect_run(outcome, closing("data\\var1"), "");
+  const std::string protocol = read_bytes(file("data/var1.pkl"));
+  EXPECT_TRUE(protocol.starts_with("Pr\xFC")) << protocol;
+  EXPECT_EQ(protocol.find("xx"), std::string::npos) << protocol;
 }
 
 TEST_F(IoFaults, ResultIsReadOnly) {
