@@ -100,7 +100,12 @@ struct FixedText {
 template <std::size_t First, std::size_t Last>
 constexpr FixedText<Last - First + 1> columns(std::string_view record) {
   static_assert(First >= 1 && First <= Last);
-  if (record.size() < First) return {};
+  FixedText<Last - First + 1> text;
+  if (record.size() >= Last) {
+    std::copy_n(record.data() + (First - 1), Last - First + 1, text.bytes.data());
+    return text;
+  }
+  if (record.size() < First) return text;
   return FixedText<Last - First + 1>(record.substr(First - 1, Last - First + 1));
 }
 
