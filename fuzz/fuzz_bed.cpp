@@ -1,0 +1,107 @@
+#include "fuzz_bed.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+
+#include "KV_Akum.h"
+#include "m_System.h"
+#include "m_WLM_error.h"
+#include "units.h"
+#include "variant_files.h"
+
+namespace fuzz_bed {
+namespace {
+
+using m_System::system_logic;
+
+constexpr std::string_view marker = "=== ";
+constexpr std::array<std::string_view, 9> known_files = {
+    "v.sys", "v.nfl", "v.kfl", "v.trs", "v.ver", "v.pkl", "v.Akum", "code.pkl", "fehlercode.ex"};
+
+// The place of the next marker that begins a line; npos when there is none.
+std::size_t next_marker(std::string_view text, std::size_t from) {
+  while (true) {
+    const std::size_t place = text.find(marker, from);
+    if (place == std::string_view::npos || place == 0 || text[place - 1] == '\n') return place;
+    from = place + 1;
+  }
+}
+
+// A reach has a line for itself and one for each further inflow.
+std::size_t result_lines() {
+  constexpr std::size_t heading_lines = 6;
+  std::size_t lines = heading_lines;
+  for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
+    if (system_logic.type.at(i) != 'T') continue;
+    const auto& inflow = system_logic.inflow_index.at(i);
+    lines += 1U + (inflow.at(2) > 0 ? 1U : 0U) + (inflow.at(3) > 0 ? 1U : 0U);
+  }
+  return lines;
+}
+
+}  // namespace
+
+std::string_view text_of(const std::uint8_t* bytes, std::size_t size) {
+  return size == 0 ? std::string_view() : std::string_view(reinterpret_cast<const char*>(bytes), size);
+}
+
+void require(bool holds, std::string_view what) {
+  if (holds) return;
+  std::fprintf(stderr, "does not hold: %.*s\n", static_cast<int>(what.size()), what.data());
+  std::abort();
+}
+
+Bed::Bed() {
+  variant_files::reset_modules();
+}
+
+Bed::~Bed() {
+  variant_files::reset_modules();
+}
+
+void Bed::put_all(std::string_view container) {
+  std::size_t place = next_marker(container, 0);
+  while (place != std::string_view::npos) {
+    const std::size_t name_begin = place + marker.size();
+    const std::size_t name_end = std::min(container.find('\n', name_begin), container.size());
+    const std::size_t begin = std::min(name_end + 1, container.size());
+    place = next_marker(container, begin);
+    const std::size_t end = place == std::string_view::npos ? container.size() : std::max(begin, place - 1);
+    const std::string_view name = container.substr(name_begin, name_end - name_begin);
+    if (std::ranges::find(known_files, name) == known_files.end()) continue;
+    put(std::string(name), container.substr(begin, end - begin));
+  }
+}
+
+std::size_t Bed::lines(const std::string& file) const {
+  return static_cast<std::size_t>(std::ranges::count(bytes(file), '\n'));
+}
+
+void start_with_network() {
+  variant_files::fill_system_logic({{"N0010", {}, {"T0010"}},
+                                    {"K0010", {}, {"T0010"}},
+                                    {"N0020", {}, {"T0010"}},
+                                    {"T0010", {"N0010", "K0010", "N0020"}, {"V0010"}},
+                                    {"V0010", {"T0010"}, {"T0020", "T1"}},
+                                    {"K 2", {}, {"T0020"}},
+                                    {"T0020", {"V0010", "K 2"}, {"B0010"}},
+                                    {"B0010", {"T0020"}, {"P0010", "V0020"}},
+                                    {"P0010", {"B0010"}, {"T0030"}},
+                                    {"V0020", {"B0010"}, {"T0030", "T1"}},
+                                    {"T0030", {"P0010", "V0020"}, {"T1"}},
+                                    {"E0010", {}, {"T0040"}},
+                                    {"T1", {"V0010", "V0020", "T0030"}, {"T0040"}},
+                                    {"T0040", {"T1", "E0010"}, {"ENDE"}}});
+  variant_files::start_protocol();
+}
+
+void accumulate_and_check(const Bed& bed) {
+  const bool accumulated = m_WLM_error::ErrorLevel < 2;
+  if (accumulated) KV_Akum::AccumulateAreas("v");
+  runtime::close_all();
+  if (accumulated) require(bed.lines("v.Akum") == result_lines(), "every reach and inflow has its line");
+}
+
+}  // namespace fuzz_bed

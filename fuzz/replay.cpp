@@ -1,0 +1,41 @@
+// Feeds every file that the command line names, and every file in a folder that it names, to a fuzz target.
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <vector>
+
+#include "fuzz_bed.h"
+#include "variant_files.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<fs::path> named_files(int count, char** names) {
+  std::vector<fs::path> files;
+  for (int i = 1; i < count; ++i) {
+    if (!fs::is_directory(names[i])) {
+      files.emplace_back(names[i]);
+      continue;
+    }
+    for (const fs::directory_entry& entry : fs::directory_iterator(names[i])) files.push_back(entry.path());
+  }
+  std::ranges::sort(files);
+  return files;
+}
+
+}  // namespace
+
+int main(int argument_count, char** arguments) {
+  const std::vector<fs::path> files = named_files(argument_count, arguments);
+  for (const fs::path& file : files) {
+    // The last name on the screen is that of the input that ended the process.
+    std::printf("%s\n", file.c_str());
+    std::fflush(stdout);
+    const std::string bytes = variant_files::read_file(file);
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+  }
+  std::printf("%zu inputs\n", files.size());
+  return files.empty() ? 1 : 0;
+}
