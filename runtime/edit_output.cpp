@@ -47,8 +47,14 @@ char* put_blanks(char* place, std::size_t width) {
   return width <= blanks.size() ? put_bytes(place, blanks.substr(0, width)) : put_filled(place, width, ' ');
 }
 
+char* put_asterisks(char* place, std::size_t width) {
+  constexpr std::string_view asterisks = "****************";
+  return width <= asterisks.size() ? put_bytes(place, asterisks.substr(0, width))
+                                   : put_filled(place, width, '*');
+}
+
 char* put_right_justified(char* place, std::size_t width, std::string_view text) {
-  if (text.size() > width) return put_filled(place, width, '*');
+  if (text.size() > width) return put_asterisks(place, width);
   return put_bytes(put_blanks(place, width - text.size()), text);
 }
 
@@ -92,7 +98,7 @@ class FieldFromBehind {
 
   /// Blanks before what was written, or asterisks; the place behind the field.
   char* finish() {
-    if (overflow_) return put_filled(first_, static_cast<std::size_t>(end_ - first_), '*');
+    if (overflow_) return put_asterisks(first_, static_cast<std::size_t>(end_ - first_));
     put_blanks(first_, columns_left());
     return end_;
   }
@@ -121,11 +127,21 @@ std::size_t digit_count(std::uint64_t number) {
   return count;
 }
 
+// The first number that a field of so many columns cannot hold, for the widths where 64 bits hold it.
+constexpr std::size_t widest_limit = 19;
+constexpr auto column_limits = [] {
+  std::array<std::uint64_t, widest_limit + 1> limits{1};
+  for (std::size_t width = 1; width <= widest_limit; ++width) limits[width] = 10 * limits[width - 1];
+  return limits;
+}();
+
 // Numbers below 2^32 are cut into digits with the quicker division.
 constexpr std::uint64_t short_limit = 0xFFFFFFFF;
 
 char* put_integer(char* place, std::size_t width, std::size_t minimum, std::int64_t value) {
   const std::uint64_t magnitude = magnitude_of(value);
+  const bool too_wide = width > 0 && width <= widest_limit && magnitude >= column_limits[width];
+  if (too_wide) return put_asterisks(place, width);
   // A plain Iw shows zero as one digit; Iw.m shows as many as it asks for.
   minimum = std::max<std::size_t>(minimum, 1);
   if (width == 0) width = std::max(minimum, digit_count(magnitude)) + (value < 0 ? 1 : 0);
@@ -227,7 +243,7 @@ char* put_value(char* place, const FormatItem& item, const Value& value) {
   if (item.edit == Edit::fixed && value.kind() == Value::Kind::real) {
     return put_fixed(place, item.width, item.decimals, value.real());
   }
-  return put_filled(place, std::max<std::size_t>(item.width, 1), '*');
+  return put_asterisks(place, std::max<std::size_t>(item.width, 1));
 }
 
 // One record after another. Columns that are only skipped stay unwritten until something follows them.
