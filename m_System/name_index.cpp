@@ -1,7 +1,9 @@
 #include "name_index.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
+#include <new>
 #include <optional>
 
 namespace m_System {
@@ -12,6 +14,7 @@ std::optional<NameIndex> current_index;
 // A direct table may hold this many cells an element and as many more.
 constexpr std::uint64_t cells_an_element = 12;
 constexpr std::uint64_t cells_at_any_rate = 4096;
+constexpr std::uint64_t most_cells = std::uint64_t{1} << 30U;
 
 std::size_t hash_of(const ElementName& name) {
   // The finaliser of MurmurHash3 (Austin Appleby, public domain) spreads the five bytes over the table.
@@ -24,13 +27,14 @@ std::size_t hash_of(const ElementName& name) {
   return static_cast<std::size_t>(key);
 }
 
-// The cell that holds the first element of that name, or the free one where it would stand.
-std::size_t hashed_cell(const NameIndex& index, const ElementName& name) {
-  const std::size_t mask = index.cells.size() - 1;
-  std::size_t cell = hash_of(name) & mask;
-  while (index.cells[cell] != 0 && !(system_logic.name.at(index.cells[cell]) == name))
-    cell = (cell + 1) & mask;
-  return cell;
+// The cell, from 1, that holds the first element of that name, or the free one where it would stand.
+std::int32_t hashed_cell(const NameIndex& index, const ElementName& name) {
+  const auto mask = static_cast<std::size_t>(index.cells.size()) - 1;
+  for (std::size_t hash = hash_of(name);; ++hash) {
+    const auto cell = static_cast<std::int32_t>(hash & mask) + 1;
+    const std::int32_t element = index.cells.at(cell);
+    if (element == 0 || system_logic.name.at(element) == name) return cell;
+  }
 }
 
 // The number of cells that the characters of the names span, or more than `limit`. Sets the weights.
@@ -54,21 +58,26 @@ std::uint64_t weigh_characters(NameIndex& index, const SystemLogic& logic, std::
   return cells;
 }
 
-void size_cells(NameIndex& index, const SystemLogic& logic) {
+void allocate_cells(NameIndex& index, const SystemLogic& logic) {
   const auto count = static_cast<std::uint64_t>(logic.element_count);
-  const std::uint64_t limit = cells_an_element * count + cells_at_any_rate;
+  const std::uint64_t limit = std::min(cells_an_element * count + cells_at_any_rate, most_cells);
   const std::uint64_t spanned = weigh_characters(index, logic, limit);
   index.direct = spanned <= limit;
-  index.cells.resize(static_cast<std::size_t>(index.direct ? spanned : std::bit_ceil(2 * count)));
+  const std::uint64_t cells = index.direct ? spanned : std::bit_ceil(2 * count);
+  if (cells > most_cells || !index.cells.allocate(static_cast<std::int32_t>(cells))) throw std::bad_alloc();
 }
 
-// The cell of a name; behind the last cell when it has a foreign character.
+// The cell of a name, from 1; behind the last cell when it has a foreign character.
 std::uint64_t direct_cell(const NameIndex& index, const ElementName& name) {
-  std::uint64_t cell = 0;
+  std::uint64_t cell = 1;
   for (std::size_t place = 0; place < NameIndex::name_length; ++place) {
     cell += index.weight[place][static_cast<unsigned char>(name.bytes[place])];
   }
   return cell;
+}
+
+std::int32_t cell_of(const NameIndex& index, const ElementName& name) {
+  return index.direct ? static_cast<std::int32_t>(direct_cell(index, name)) : hashed_cell(index, name);
 }
 
 }  // namespace
@@ -76,10 +85,10 @@ std::uint64_t direct_cell(const NameIndex& index, const ElementName& name) {
 NameIndex index_names(const SystemLogic& logic) {
   NameIndex index;
   if (logic.element_count < 1) return index;
-  size_cells(index, logic);
+  allocate_cells(index, logic);
   for (std::int32_t i = 1; i <= logic.element_count; ++i) {
     const ElementName& name = logic.name.at(i);
-    std::int32_t& first = index.cells[index.direct ? direct_cell(index, name) : hashed_cell(index, name)];
+    std::int32_t& first = index.cells.at(cell_of(index, name));
     if (first == 0) {
       first = i;
     } else {
@@ -90,10 +99,12 @@ NameIndex index_names(const SystemLogic& logic) {
 }
 
 std::int32_t first_of_name(const NameIndex& index, const ElementName& name) {
-  if (index.cells.empty()) return 0;
-  if (!index.direct) return index.cells[hashed_cell(index, name)];
+  if (index.cells.size() == 0) return 0;
+  if (!index.direct) return index.cells.at(hashed_cell(index, name));
   const std::uint64_t cell = direct_cell(index, name);
-  return cell < index.cells.size() ? index.cells[cell] : 0;
+  return cell <= static_cast<std::uint64_t>(index.cells.size())
+             ? index.cells.at(static_cast<std::int32_t>(cell))
+             : 0;
 }
 
 std::int32_t last_of_name(const NameIndex& index, const ElementName& name) {

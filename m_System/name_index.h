@@ -3,8 +3,8 @@
 #include <array>
 #include <cstdint>
 #include <unordered_map>
-#include <vector>
 
+#include "array.h"
 #include "m_System.h"
 
 namespace m_System {
@@ -22,7 +22,7 @@ struct NameIndex {
   static constexpr std::uint32_t foreign = 0xFFFFFFFF;
 
   bool direct = false;
-  std::vector<std::int32_t> cells;                      ///< first element of each name; 0 is free
+  runtime::OneBased<std::int32_t> cells;                ///< first element of each name; 0 is free
   std::unordered_map<std::int32_t, std::int32_t> last;  ///< of the names that several elements bear
 };
 

@@ -1,5 +1,7 @@
 #include "array.h"
 
+#include "host.h"
+
 namespace runtime {
 namespace {
 
@@ -9,7 +11,9 @@ std::size_t largest_allocation = std::numeric_limits<std::size_t>::max();
 
 void* allocate_zeroed(std::size_t bytes) {
   if (bytes > largest_allocation) return nullptr;
-  return std::calloc(bytes == 0 ? 1 : bytes, 1);
+  void* memory = std::calloc(bytes == 0 ? 1 : bytes, 1);
+  if (memory != nullptr) prefer_large_pages(memory, bytes);
+  return memory;
 }
 
 void limit_allocations(std::size_t bytes) {

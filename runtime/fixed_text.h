@@ -49,6 +49,13 @@ struct FixedText {
   constexpr FixedText() { bytes.fill(' '); }
   constexpr FixedText(std::string_view text) : bytes() { assign_padded(bytes.data(), N, text); }
 
+  /// The text of the N characters from `characters` on.
+  static constexpr FixedText of_all(const char* characters) {
+    FixedText text;
+    std::copy_n(characters, N, text.bytes.data());
+    return text;
+  }
+
   constexpr FixedText& operator=(std::string_view text) {
     assign_padded(bytes.data(), N, text);
     return *this;
@@ -100,13 +107,10 @@ struct FixedText {
 template <std::size_t First, std::size_t Last>
 constexpr FixedText<Last - First + 1> columns(std::string_view record) {
   static_assert(First >= 1 && First <= Last);
-  FixedText<Last - First + 1> text;
-  if (record.size() >= Last) {
-    std::copy_n(record.data() + (First - 1), Last - First + 1, text.bytes.data());
-    return text;
-  }
-  if (record.size() < First) return text;
-  return FixedText<Last - First + 1>(record.substr(First - 1, Last - First + 1));
+  using Field = FixedText<Last - First + 1>;
+  if (record.size() >= Last) return Field::of_all(record.data() + (First - 1));
+  if (record.size() < First) return {};
+  return Field(record.substr(First - 1));
 }
 
 }  // namespace runtime

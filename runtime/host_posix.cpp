@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -157,6 +158,18 @@ Host& host() {
 
 void set_host(Host* replacement) {
   replacement_host = replacement;
+}
+
+void prefer_large_pages(void* memory, std::size_t bytes) {
+#ifdef MADV_HUGEPAGE
+  // Below a few large pages there is nothing to be gained, and their rounding would cost memory.
+  constexpr std::size_t worthwhile = std::size_t{8} << 20U;
+  if (bytes < worthwhile) return;
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  const std::size_t misplaced = reinterpret_cast<std::uintptr_t>(memory) % page;
+  const std::size_t skipped = misplaced == 0 ? 0 : page - misplaced;
+  ::madvise(static_cast<char*>(memory) + skipped, bytes - skipped, MADV_HUGEPAGE);
+#endif
 }
 
 void prepare_process() {

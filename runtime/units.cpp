@@ -209,6 +209,7 @@ bool read_whole(Connection& connection, std::error_code& reason) {
   connection.size = 0;
   reason = reason_of(std::errc::not_enough_memory);
   if (!connection.data) return false;
+  prefer_large_pages(connection.data.get(), capacity);
   while (true) {
     if (connection.size == capacity && !grow(connection, capacity)) return false;
     const std::ptrdiff_t got = host().read(connection.handle, connection.data.get() + connection.size,
