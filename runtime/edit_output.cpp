@@ -233,42 +233,57 @@ char* put_text(char* place, std::size_t width, std::string_view value) {
   return put_bytes(put_blanks(place, width - value.size()), value);
 }
 
-char* put_value(char* place, const FormatItem& item, const Value& value) {
-  if (item.edit == Edit::text && value.kind() == Value::Kind::text) {
-    return put_text(place, item.width, value.text());
-  }
-  if (item.edit == Edit::integer && value.kind() == Value::Kind::integer) {
-    return put_integer(place, item.width, item.decimals, value.integer());
-  }
-  if (item.edit == Edit::fixed && value.kind() == Value::Kind::real) {
-    return put_fixed(place, item.width, item.decimals, value.real());
-  }
+// A value of the wrong kind is a fault of the caller that must be seen.
+char* put_misfit(char* place, const FormatItem& item) {
   return put_asterisks(place, std::max<std::size_t>(item.width, 1));
 }
 
-// One record after another. Columns that are only skipped stay unwritten until something follows them.
+char* put_value(char* place, const FormatItem& item, const Value& value) {
+  if (!fits(item, value.kind())) return put_misfit(place, item);
+  if (item.edit == Edit::text) return put_text(place, item.width, value.text());
+  if (item.edit == Edit::integer) return put_integer(place, item.width, item.decimals, value.integer());
+  return put_fixed(place, item.width, item.decimals, value.real());
+}
+
+// The place in the records that are written. Columns that are only skipped stay unwritten until something
+// follows them; a tab can go back over what is written.
 class RecordWriter {
  public:
-  explicit RecordWriter(char* place) : record_(place), column_(place), end_(place) {}
+  explicit RecordWriter(char* place) : record_(place), place_(place), end_(place) {}
 
-  /// The place for the next field; columns skipped before it are blanks.
+  void skip(std::size_t columns) { skipped_ += columns; }
+  void tab(std::size_t column) {
+    skipped_ = 0;
+    end_ = std::max(end_, place_);
+    place_ = record_;
+    skip(column - 1);
+  }
+  void end_record(std::string_view line_end) { record_ = place_ = put_bytes(end(), line_end); }
+
+  /// The place for the next field.
   char* field() {
-    if (column_ > end_) end_ = put_blanks(end_, static_cast<std::size_t>(column_ - end_));
-    return column_;
+    if (skipped_ > 0) pass_skipped();
+    return place_;
   }
-  void written_to(char* place) {
-    column_ = place;
-    end_ = std::max(end_, place);
+  void written_to(char* place) { place_ = place; }
+  char* end() {
+    skipped_ = 0;
+    return end_ = std::max(end_, place_);
   }
-  void skip(std::size_t columns) { column_ += columns; }
-  void tab(std::size_t column) { column_ = record_ + column - 1; }
-  void end_record(std::string_view line_end) { record_ = column_ = end_ = put_bytes(end_, line_end); }
-  [[nodiscard]] char* end() const { return end_; }
 
  private:
+  // Skipped columns that are written already stay as they are, the others are blanks.
+  void pass_skipped() {
+    const std::size_t written = end_ > place_ ? static_cast<std::size_t>(end_ - place_) : 0;
+    const std::size_t passed = std::min(skipped_, written);
+    place_ = put_blanks(place_ + passed, skipped_ - passed);
+    skipped_ = 0;
+  }
+
   char* record_;
-  char* column_;
+  char* place_;
   char* end_;
+  std::size_t skipped_ = 0;
 };
 
 }  // namespace
@@ -308,25 +323,20 @@ std::size_t most_bytes(const Format& format, std::span<const Value> values, std:
 char* put_formatted(char* place, const Format& format, std::span<const Value> values,
                     std::string_view line_end) {
   RecordWriter record(place);
-  auto value = values.begin();
+  const Value* value = values.data();
+  const Value* const values_end = value + values.size();
   for (const FormatItem& item : format.items) {
-    switch (item.edit) {
-      case Edit::literal:
-        record.written_to(put_bytes(record.field(), format.literal(item)));
-        break;
-      case Edit::skip:
-        record.skip(item.width);
-        break;
-      case Edit::tab:
-        record.tab(item.width);
-        break;
-      case Edit::slash:
-        record.end_record(line_end);
-        break;
-      default:
-        if (value == values.end()) return record.end();
-        record.written_to(put_value(record.field(), item, *value));
-        ++value;
+    if (item.takes_value()) {
+      if (value == values_end) break;
+      record.written_to(put_value(record.field(), item, *value++));
+    } else if (item.edit == Edit::skip) {
+      record.skip(item.width);
+    } else if (item.edit == Edit::literal) {
+      record.written_to(put_bytes(record.field(), format.literal(item)));
+    } else if (item.edit == Edit::slash) {
+      record.end_record(line_end);
+    } else {
+      record.tab(item.width);
     }
   }
   return record.end();

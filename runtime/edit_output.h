@@ -40,16 +40,11 @@ class Value {
 
 /// True when the format element can edit a value of that kind.
 constexpr bool fits(const FormatItem& item, Value::Kind kind) {
-  switch (item.edit) {
-    case Edit::text:
-      return kind == Value::Kind::text;
-    case Edit::integer:
-      return kind == Value::Kind::integer;
-    case Edit::fixed:
-      return kind == Value::Kind::real;
-    default:
-      return false;
-  }
+  // The kinds stand in the order of the elements that edit them.
+  static_assert(static_cast<int>(Edit::text) == static_cast<int>(Value::Kind::text) &&
+                static_cast<int>(Edit::integer) == static_cast<int>(Value::Kind::integer) &&
+                static_cast<int>(Edit::fixed) == static_cast<int>(Value::Kind::real));
+  return static_cast<int>(item.edit) == static_cast<int>(kind);
 }
 
 /// `Iw` / `Iw.m`: appends the number right-justified in `width` columns with at least `minimum` digits;

@@ -12,13 +12,13 @@ namespace runtime {
 
 /// The elements of the format notation (ISO/IEC 1539-1, "Input/output editing").
 enum class Edit : std::uint8_t {
+  text,     ///< A (whole value, width 0) or An
+  integer,  ///< Iw or Iw.m; I0 is the minimal width
+  fixed,    ///< Fw.d
   literal,  ///< quoted text, a doubled quote stands for one
   skip,     ///< nX
   tab,      ///< Tn, 1-based column
-  slash,    ///< end of the record
-  text,     ///< A (whole value, width 0) or An
-  integer,  ///< Iw or Iw.m; I0 is the minimal width
-  fixed     ///< Fw.d
+  slash     ///< end of the record
 };
 
 struct FormatItem {
@@ -28,9 +28,7 @@ struct FormatItem {
   std::uint16_t offset = 0;    ///< first byte of a literal in the pool
 
   /// True for the elements that take a value.
-  [[nodiscard]] constexpr bool takes_value() const {
-    return edit == Edit::text || edit == Edit::integer || edit == Edit::fixed;
-  }
+  [[nodiscard]] constexpr bool takes_value() const { return edit <= Edit::fixed; }
 };
 
 /// A format ready to be run: its elements with groups and repeat counts written out, and the bytes of its
