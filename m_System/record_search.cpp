@@ -46,6 +46,14 @@ std::int32_t mark_after_wrap(const RecordIndex& index, RecordPosition from, Reco
   return mark != 0 ? mark : last_mark_between(index, from, file_end);
 }
 
+// The elements are searched in their order, and so stand their records in the index. In the file they may lie
+// anywhere: those that come soon are announced, so that the memory has them by then.
+void announce_later_records(int unit, const RecordIndex& index,
+                            std::vector<RecordPosition>::const_iterator found) {
+  constexpr std::ptrdiff_t distance = 8;
+  if (index.records.end() - found > distance) runtime::announce_record(unit, *(found + distance));
+}
+
 FoundRecord search_index(const RecordSearch& search, const ElementName& name, RecordPosition from) {
   const RecordIndex& index = *search.index;
   const auto element = static_cast<std::size_t>(first_of_name(element_names(), name));
@@ -57,7 +65,9 @@ FoundRecord search_index(const RecordSearch& search, const ElementName& name, Re
     return result;
   }
   const auto ahead = std::lower_bound(begin, end, from);
-  const RecordPosition place = ahead == end ? *begin : *ahead;
+  const auto found = ahead == end ? begin : ahead;
+  const RecordPosition place = *found;
+  announce_later_records(search.unit, index, found);
   result.last_mark =
       ahead == end ? mark_after_wrap(index, from, place) : last_mark_between(index, from, place);
   runtime::set_position(search.unit, place);

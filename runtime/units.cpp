@@ -494,6 +494,16 @@ void set_position(int unit, RecordPosition position) {
   connection.past_end = false;
 }
 
+void announce_record(int unit, RecordPosition position) {
+  const Connection& connection = connected(unit, "Lesen");
+  // The record and the one below it, which often belongs to it.
+  constexpr std::size_t cache_line = 64;
+  if (connection.loaded && position.byte + cache_line < connection.size) {
+    __builtin_prefetch(connection.data.get() + position.byte);
+    __builtin_prefetch(connection.data.get() + position.byte + cache_line);
+  }
+}
+
 void write(int unit, const Format& format, std::span<const Value> values) {
   Connection& connection = writable(unit);
   const std::string_view line_end = connection.line_end;

@@ -116,6 +116,9 @@ RecordPosition position(int unit);
 /// Goes to a place that `position` gave for the same file.
 void set_position(int unit, RecordPosition position);
 
+/// Says that the record at that place will be read soon. Changes nothing but the time.
+void announce_record(int unit, RecordPosition position);
+
 /// Writes the values in the given format as one or more records after the current one; what followed it in
 /// the file is gone.
 void write(int unit, const Format& format, std::initializer_list<Value> values);
