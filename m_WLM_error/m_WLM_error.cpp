@@ -69,7 +69,7 @@ bool suppressed(std::string_view code) {
 
 // One that cannot be deleted is overwritten by the first message.
 void delete_old_protocol() {
-  if (!runtime::is_regular_file(state.protocol_path.trimmed())) return;
+  if (!runtime::is_regular_output(state.protocol_path.trimmed())) return;
   const int unit = m_files::free_unit(first_unit);
   if (runtime::try_open(unit, state.protocol_path.trimmed(), runtime::OpenStatus::unknown)) {
     runtime::try_close(unit, runtime::CloseStatus::remove);

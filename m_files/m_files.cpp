@@ -38,7 +38,7 @@ std::int32_t open_checked(std::string_view file_name, std::string_view status_wo
   unit = 0;
   const std::optional<runtime::OpenStatus> status = open_status(status_word);
   if (!status) return file_not_opened;
-  if (*status == runtime::OpenStatus::fresh && runtime::is_regular_file(file_name)) {
+  if (*status == runtime::OpenStatus::fresh && runtime::is_regular_output(file_name)) {
     delete_file_if_exists(file_name);
   }
   const int opened = free_unit(start);

@@ -431,8 +431,8 @@ bool file_exists(std::string_view path) {
   return host().kind_of(path_of_existing(path)) != FileKind::none;
 }
 
-bool is_regular_file(std::string_view path) {
-  return host().kind_of(path_of_existing(path)) == FileKind::file;
+bool is_regular_output(std::string_view path) {
+  return host().kind_of(path_for_output(path)) == FileKind::file;
 }
 
 bool is_folder(std::string_view path) {

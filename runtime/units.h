@@ -59,8 +59,8 @@ std::optional<int> unit_of(std::string_view path);
 
 /// Whether something stands under that path (nothing is opened).
 bool file_exists(std::string_view path);
-/// Whether a regular file stands there: not a folder, not a device.
-bool is_regular_file(std::string_view path);
+/// Whether a regular file, no folder and no device, stands where an output of that name goes.
+bool is_regular_output(std::string_view path);
 /// Whether a folder stands there.
 bool is_folder(std::string_view path);
 

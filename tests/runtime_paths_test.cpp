@@ -72,6 +72,16 @@ TEST_F(Paths, OutputsGoBesideTheVariantInItsFolder) {
   EXPECT_EQ(runtime::path_for_output("code.pkl"), "code.pkl");
 }
 
+TEST_F(Paths, AnOldOutputIsLookedForBesideTheVariant) {
+  fs::create_directory("data");
+  write_bytes("data/var1.sys", "");
+  write_bytes("data/var1.pkl", "");
+  fs::create_directory("data\\var1.pkl");
+  EXPECT_FALSE(runtime::is_regular_output("data\\var1.pkl"));
+  runtime::keep_beside("data\\var1.sys");
+  EXPECT_TRUE(runtime::is_regular_output("data\\var1.pkl"));
+}
+
 TEST_F(Paths, OutputsGoBesideTheVariantWhoseNameHoldsABackslash) {
   fs::create_directory("data");
   write_bytes("data\\var1.sys", "");
@@ -101,10 +111,10 @@ TEST_F(Paths, UnitsFollowThem) {
   fs::create_directory("data");
   write_bytes("data/var1.sys", "x\n");
   EXPECT_TRUE(runtime::file_exists("data\\var1.sys"));
-  EXPECT_TRUE(runtime::is_regular_file("data\\var1.sys  "));
+  EXPECT_TRUE(runtime::is_regular_output("data\\var1.sys  "));
   EXPECT_FALSE(runtime::file_exists("data\\var2.sys"));
   EXPECT_TRUE(runtime::file_exists("data"));
-  EXPECT_FALSE(runtime::is_regular_file("data"));
+  EXPECT_FALSE(runtime::is_regular_output("data"));
   runtime::open(100, "data\\var1.sys", runtime::OpenStatus::old);
   EXPECT_EQ(runtime::connected_path(100), "data/var1.sys");
   EXPECT_EQ(runtime::unit_of("data/var1.sys"), 100);

@@ -328,7 +328,7 @@ TEST_F(Units, LinksThatTurnInACircleAreRefused) {
 TEST_F(Units, APipeWithoutAPartnerIsRefusedAtOnce) {
   ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
   EXPECT_TRUE(runtime::file_exists(file("pipe")));
-  EXPECT_FALSE(runtime::is_regular_file(file("pipe")));
+  EXPECT_FALSE(runtime::is_regular_output(file("pipe")));
   for (const OpenStatus status : {OpenStatus::old, OpenStatus::unknown, OpenStatus::fresh}) {
     EXPECT_FALSE(runtime::try_open(kUnit, file("pipe"), status));
   }
