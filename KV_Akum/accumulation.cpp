@@ -9,6 +9,7 @@
 #include "m_files.h"
 #include "stop.h"
 #include "units.h"
+#include "write_record.h"
 
 namespace KV_Akum {
 namespace {
@@ -136,21 +137,21 @@ void add_inflows(Sums& sums, std::int32_t i) {
 }
 
 // The name of the element in an inflow slot; blank when there is none.
-std::string_view inflow_name(std::int32_t i, std::int32_t k) {
-  constexpr std::string_view none = "     ";
+const m_System::ElementName& inflow_name(std::int32_t i, std::int32_t k) {
+  static constexpr m_System::ElementName none;
   const std::int32_t j = system_logic.inflow_index.at(i).at(k);
-  return j > 0 ? system_logic.name.at(j).view() : none;
+  return j > 0 ? system_logic.name.at(j) : none;
 }
 
 void write_reach(int unit, const Sums& sums, std::int32_t i, std::int32_t reach) {
-  runtime::write(unit, runtime::format<"(a,2x,f8.3,2x,a,3(f10.3,f10.3,2x),f11.3)">,
-                 {system_logic.name.at(i).view(), m_Gerinne::reach_tables.station_value.at_or_zero(reach),
-                  inflow_name(i, 1), sums.natural_direct.at(i), sums.natural_total.at(i),
-                  sums.canalised_direct.at(i), sums.canalised_total.at(i), sums.impervious_direct.at(i),
-                  sums.impervious_total.at(i), sums.natural_total.at(i) + sums.canalised_total.at(i)});
+  runtime::write_record<"(a,2x,f8.3,2x,a,3(f10.3,f10.3,2x),f11.3)">(
+      unit, system_logic.name.at(i), m_Gerinne::reach_tables.station_value.at_or_zero(reach),
+      inflow_name(i, 1), sums.natural_direct.at(i), sums.natural_total.at(i), sums.canalised_direct.at(i),
+      sums.canalised_total.at(i), sums.impervious_direct.at(i), sums.impervious_total.at(i),
+      sums.natural_total.at(i) + sums.canalised_total.at(i));
   for (std::int32_t k = 2; k <= m_System::inflow_slots; ++k) {
     if (system_logic.inflow_index.at(i).at(k) == 0) continue;
-    runtime::write(unit, runtime::format<"(5x,2x,8x,2x,a)">, {inflow_name(i, k)});
+    runtime::write_record<"(5x,2x,8x,2x,a)">(unit, inflow_name(i, k));
   }
 }
 

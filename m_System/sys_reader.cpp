@@ -9,6 +9,7 @@
 #include "m_files.h"
 #include "name_index.h"
 #include "units.h"
+#include "write_record.h"
 
 namespace m_System {
 namespace {
@@ -126,10 +127,9 @@ void list_element(int listing, std::int32_t i) {
   const auto& outflow = logic.outflow_name.at(i);
   const auto& inflow_at = logic.inflow_index.at(i);
   const auto& outflow_at = logic.outflow_index.at(i);
-  runtime::write(listing, runtime::format<"(6(a,1x),6i4)">,
-                 {logic.name.at(i).view(), inflow.at(1).view(), inflow.at(2).view(), inflow.at(3).view(),
-                  outflow.at(1).view(), outflow.at(2).view(), i, inflow_at.at(1), inflow_at.at(2),
-                  inflow_at.at(3), outflow_at.at(1), outflow_at.at(2)});
+  runtime::write_record<"(6(a,1x),6i4)">(listing, logic.name.at(i), inflow.at(1), inflow.at(2), inflow.at(3),
+                                         outflow.at(1), outflow.at(2), i, inflow_at.at(1), inflow_at.at(2),
+                                         inflow_at.at(3), outflow_at.at(1), outflow_at.at(2));
 }
 
 void link_and_list_elements() {

@@ -12,6 +12,7 @@
 #include "output_buffer.h"
 #include "paths.h"
 #include "stop.h"
+#include "write_record.h"
 
 namespace runtime {
 namespace {
@@ -504,14 +505,27 @@ void announce_record(int unit, RecordPosition position) {
   }
 }
 
-void write(int unit, const Format& format, std::span<const Value> values) {
+namespace detail {
+
+char* begin_record(int unit, std::size_t most_bytes) {
   Connection& connection = writable(unit);
-  const std::string_view line_end = connection.line_end;
-  char* place = connection.pending.room(most_bytes(format, values, line_end) + line_end.size());
-  place = put_formatted(place, format, values, line_end);
-  connection.pending.take_up_to(std::copy(line_end.begin(), line_end.end(), place));
+  return connection.pending.room(most_bytes + connection.line_end.size());
+}
+
+void end_record(int unit, const char* end) {
+  Connection& connection = connected(unit, "Schreiben");
+  connection.pending.take_up_to(end);
+  connection.pending += connection.line_end;
   connection.inside_record = false;
   hand_over_when_full(connection);
+}
+
+}  // namespace detail
+
+void write(int unit, const Format& format, std::span<const Value> values) {
+  const std::string_view line_end = writable(unit).line_end;
+  char* place = detail::begin_record(unit, most_bytes(format, values, line_end));
+  detail::end_record(unit, put_formatted(place, format, values, line_end));
 }
 
 void write(int unit, const Format& format, std::initializer_list<Value> values) {
