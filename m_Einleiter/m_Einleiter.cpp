@@ -36,6 +36,8 @@ struct AreaFile {
 // The number of the unit that a line sets, from 1; 0 for a line that sets none.
 std::int32_t unit_of_line(std::string_view line) {
   const auto field = runtime::columns<11, 15>(line);
+  // Every keyword has one of these letters, and a number has none.
+  if (std::ranges::none_of(field.bytes, [](char letter) { return letter == 'q' || letter == 'h'; })) return 0;
   for (std::size_t i = 0; i < area_units.size(); ++i) {
     if (field.view().find(area_units[i].keyword) != std::string_view::npos) {
       return static_cast<std::int32_t>(i) + 1;

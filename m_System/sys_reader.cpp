@@ -77,7 +77,10 @@ void count_type(SystemLogic& logic, char type) {
 std::vector<std::string_view> count_element_lines(int unit) {
   SystemLogic& logic = system_logic;
   logic.count_N = logic.count_K = logic.count_E = logic.count_T = logic.count_V = logic.count_B = 0;
+  // A line that names an element and its outflow is about this long.
+  constexpr std::size_t usual_line = 68;
   std::vector<std::string_view> lines;
+  lines.reserve(runtime::unread_text(unit).size() / usual_line);
   std::string_view line;
   while (runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good) {
     if (!is_element_line(line)) continue;
@@ -111,13 +114,23 @@ void store_elements(const std::vector<std::string_view>& lines) {
 }
 
 // Of several elements of one name the last one is linked.
-void resolve_links(const NameIndex& names, std::int32_t i) {
+struct LinkResolver {
+  const NameIndex& names;
+  // Most link fields are blank; blank names stand behind the end of a system only.
+  std::int32_t blank_element;
+
+  [[nodiscard]] std::int32_t element(const ElementName& name) const {
+    return name.blank() ? blank_element : last_of_name(names, name);
+  }
+};
+
+void resolve_links(const LinkResolver& links, std::int32_t i) {
   SystemLogic& logic = system_logic;
   for (std::int32_t k = 1; k <= inflow_slots; ++k) {
-    logic.inflow_index.at(i).at(k) = last_of_name(names, logic.inflow_name.at(i).at(k));
+    logic.inflow_index.at(i).at(k) = links.element(logic.inflow_name.at(i).at(k));
   }
   for (std::int32_t k = 1; k <= outflow_slots; ++k) {
-    logic.outflow_index.at(i).at(k) = last_of_name(names, logic.outflow_name.at(i).at(k));
+    logic.outflow_index.at(i).at(k) = links.element(logic.outflow_name.at(i).at(k));
   }
 }
 
@@ -137,9 +150,9 @@ void link_and_list_elements() {
   const int listing = m_files::free_unit(100);
   runtime::open(listing, "code.pkl", runtime::OpenStatus::unknown);
   runtime::write_line(listing, "code.pkl");
-  const NameIndex& names = element_names();
+  const LinkResolver links{element_names(), last_of_name(element_names(), {})};
   for (std::int32_t i = 1; i <= logic.element_count; ++i) {
-    resolve_links(names, i);
+    resolve_links(links, i);
     list_element(listing, i);
   }
   if (logic.element_count > 0) logic.outflow_index.at(logic.element_count).at(1) = logic.element_count + 1;
