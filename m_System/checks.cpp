@@ -18,8 +18,12 @@ namespace {
 using m_WLM_error::Report;
 using runtime::columns;
 
-bool one_of(char letter, std::string_view letters) {
-  return letters.find(letter) != std::string_view::npos;
+// A plain loop: it is unrolled over the few letters, where a search would be a call.
+constexpr bool one_of(char letter, std::string_view letters) {
+  for (const char candidate : letters) {
+    if (candidate == letter) return true;
+  }
+  return false;
 }
 
 void report_names(std::string_view code, const ElementName& first) {
@@ -216,11 +220,12 @@ std::int32_t CheckDuplicateData(char kind, std::string_view file_name, RecordSea
   LineNotes notes;
   std::int32_t level = 0;
   std::string_view line;
-  runtime::RecordPosition position = runtime::position(search.unit);
-  while (runtime::read_line(search.unit, line_width, line) == runtime::ReadStatus::good) {
+  runtime::LineReader reader(search.unit, line_width);
+  runtime::RecordPosition position = reader.position();
+  while (reader.next(line)) {
     const std::int32_t i = first_of_name(names, columns<4, 8>(line));
     note_line(notes, search.mark_of, line, i, position);
-    position = runtime::position(search.unit);
+    position = reader.position();
     if (i != 0 && value_class(kind, line) == 'R') level = note_value(file_name, i, level);
   }
   runtime::rewind(search.unit);

@@ -21,11 +21,12 @@ RecordIndex index_file(const RecordSearch& search) {
   LineNotes notes;
   const NameIndex& names = element_names();
   runtime::rewind(search.unit);
-  RecordPosition position = runtime::position(search.unit);
+  runtime::LineReader reader(search.unit, line_width);
+  RecordPosition position = reader.position();
   std::string_view line;
-  while (read_on(search.unit, line)) {
+  while (reader.next(line)) {
     note_line(notes, search.mark_of, line, first_of_name(names, runtime::columns<4, 8>(line)), position);
-    position = runtime::position(search.unit);
+    position = reader.position();
   }
   return index_of(std::move(notes));
 }

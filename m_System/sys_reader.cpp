@@ -81,8 +81,9 @@ std::vector<std::string_view> count_element_lines(int unit) {
   constexpr std::size_t usual_line = 68;
   std::vector<std::string_view> lines;
   lines.reserve(runtime::unread_text(unit).size() / usual_line);
+  runtime::LineReader reader(unit, line_width);
   std::string_view line;
-  while (runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good) {
+  while (reader.next(line)) {
     if (!is_element_line(line)) continue;
     count_type(logic, line[name_column - 1]);
     lines.push_back(line);

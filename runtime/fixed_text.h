@@ -25,6 +25,14 @@ constexpr std::size_t trimmed_length(std::string_view text) {
 
 /// True when every character is a blank; so is the empty text.
 constexpr bool is_blank(std::string_view text) {
+  if (!std::is_constant_evaluated()) {
+    constexpr std::uint64_t blanks = 0x2020202020202020U;
+    for (; text.size() >= sizeof(blanks); text.remove_prefix(sizeof(blanks))) {
+      std::uint64_t bytes = 0;
+      std::memcpy(&bytes, text.data(), sizeof(bytes));
+      if (bytes != blanks) return false;
+    }
+  }
   return trimmed(text).empty();
 }
 

@@ -189,8 +189,32 @@ void push_fixed(FieldFromBehind& field, Unsigned scaled, std::size_t decimals, b
   if (negative) field.push('-');
 }
 
+// True when a field has room for the sign, the point and all digits, without counting which of them stand.
+inline bool is_roomy(std::size_t width, std::size_t decimals, std::uint64_t scaled) {
+  return width >= decimals + 3 && width <= widest_limit && scaled < column_limits[width - 2] &&
+         scaled <= short_limit;
+}
+
+inline char* put_roomy(char* place, std::size_t width, std::size_t decimals, std::uint32_t scaled,
+                       bool negative) {
+  char* const end = place + width;
+  char* next = end;
+  for (std::size_t i = 0; i < decimals; ++i, scaled /= 10) *--next = static_cast<char>('0' + scaled % 10);
+  *--next = '.';
+  do {
+    *--next = static_cast<char>('0' + scaled % 10);
+    scaled /= 10;
+  } while (scaled > 0);
+  if (negative) *--next = '-';
+  while (next != place) *--next = ' ';
+  return end;
+}
+
 inline char* put_scaled(char* place, std::size_t width, std::size_t decimals, double value) {
   const std::uint64_t scaled = rounded(std::abs(value) * power_of_ten[decimals]);
+  if (is_roomy(width, decimals, scaled)) {
+    return put_roomy(place, width, decimals, static_cast<std::uint32_t>(scaled), std::signbit(value));
+  }
   FieldFromBehind field(place, width);
   if (scaled <= short_limit) {
     push_fixed(field, static_cast<std::uint32_t>(scaled), decimals, std::signbit(value));

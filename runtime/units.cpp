@@ -15,11 +15,10 @@
 #include "write_record.h"
 
 namespace runtime {
-namespace {
 
 using namespace literals;
 
-constexpr std::size_t output_buffer = std::size_t{1} << 18U;
+namespace {
 
 // The next place of a line-end character, kept until the reading has passed it: a file that never uses
 // that character is searched for it once and not once a line.
@@ -36,6 +35,8 @@ struct NextCharacter {
     return place;
   }
 };
+
+}  // namespace
 
 struct Connection {
   std::string path;
@@ -58,6 +59,10 @@ struct Connection {
   OutputBuffer pending;
   std::string_view line_end = host().line_end();
 };
+
+namespace {
+
+constexpr std::size_t output_buffer = std::size_t{1} << 18U;
 
 using Connections = std::map<int, Connection>;
 
@@ -440,15 +445,33 @@ bool is_folder(std::string_view path) {
   return host().kind_of(path_of_existing(path)) == FileKind::folder;
 }
 
-ReadStatus read_line(int unit, std::size_t width, std::string_view& record) {
-  Connection& connection = connected(unit, "Lesen");
+namespace {
+
+bool next_record(Connection& connection, std::size_t width, std::string_view& record) {
   if (!connection.writing) load(connection);
   if (connection.writing || connection.next_record >= connection.size) {
     connection.past_end = true;
-    return ReadStatus::end_of_file;
+    return false;
   }
   record = cut_record(connection).substr(0, width);
-  return ReadStatus::good;
+  return true;
+}
+
+}  // namespace
+
+ReadStatus read_line(int unit, std::size_t width, std::string_view& record) {
+  const bool read = next_record(connected(unit, "Lesen"), width, record);
+  return read ? ReadStatus::good : ReadStatus::end_of_file;
+}
+
+LineReader::LineReader(int unit, std::size_t width) : connection_(&connected(unit, "Lesen")), width_(width) {}
+
+bool LineReader::next(std::string_view& record) {
+  return next_record(*connection_, width_, record);
+}
+
+RecordPosition LineReader::position() const {
+  return {connection_->next_record};
 }
 
 std::string_view unread_text(int unit) {

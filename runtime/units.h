@@ -64,10 +64,32 @@ bool is_regular_output(std::string_view path);
 /// Whether a folder stands there.
 bool is_folder(std::string_view path);
 
+/// A place between two records of a unit's file: the byte at which the next record begins (0-based).
+struct RecordPosition {
+  std::size_t byte = 0;
+  friend auto operator<=>(const RecordPosition&, const RecordPosition&) = default;
+};
 /// Reads the next record with "(a)" into a text of `width` characters: `record` becomes the record without
 /// its line end, cut at `width`; it is not padded, columns past its end count as blanks. At the end of the
 /// file `record` stays as it was. The view stays valid until the unit is closed or written to.
 ReadStatus read_line(int unit, std::size_t width, std::string_view& record);
+
+struct Connection;
+
+/// The same for reading one line after the other: what a unit is connected to is looked up once. The unit
+/// must stay connected and must not be written meanwhile.
+class LineReader {
+ public:
+  LineReader(int unit, std::size_t width);
+  /// Reads the next record, cut at the width; false at the end of the file.
+  bool next(std::string_view& record);
+  /// Where the next record begins.
+  [[nodiscard]] RecordPosition position() const;
+
+ private:
+  Connection* connection_;
+  std::size_t width_;
+};
 
 /// The records from the current one to the end of the file, line ends included, without reading on. Empty on
 /// a unit that is being written.
@@ -106,11 +128,6 @@ void rewind(int unit);
 /// end.
 void backspace(int unit);
 
-/// A place between two records of a unit's file: the byte at which the next record begins (0-based).
-struct RecordPosition {
-  std::size_t byte = 0;
-  friend auto operator<=>(const RecordPosition&, const RecordPosition&) = default;
-};
 /// Where the next record begins.
 RecordPosition position(int unit);
 /// Goes to a place that `position` gave for the same file.

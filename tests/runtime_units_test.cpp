@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <random>
 #include <span>
 #include <string>
@@ -18,6 +20,7 @@
 #include "test_files.h"
 #include "test_host.h"
 #include "units.h"
+#include "write_record.h"
 
 namespace {
 
@@ -77,7 +80,52 @@ Records cut(std::string_view bytes) {
   return records;
 }
 
+// The bytes of a unit that `write` filled.
+template <class Write>
+std::string written(const std::string& path, Write write) {
+  runtime::open(kUnit, path, OpenStatus::unknown);
+  write();
+  runtime::close(kUnit);
+  return read_bytes(path);
+}
+
+TEST_F(Units, RecordsThatTheCompilerLaysOutAreTheSame) {
+  const std::array<float, 12> reals = {0.0F,     -0.0F,     0.0625F, -0.0004F, 9999.999F,     -1000.5F,
+                                       99999.9F, 123456.7F, 1.0E20F, -1.0E9F,  std::nanf(""), -INFINITY};
+  const std::array<std::int32_t, 6> numbers = {0,    7,     -999,
+                                               9999, 10000, std::numeric_limits<std::int32_t>::min()};
+  for (const float real : reals) {
+    for (const std::int32_t number : numbers) {
+      const runtime::FixedText<5> name("T1");
+      const std::string general = written(file("general"), [&] {
+        runtime::write(kUnit, runtime::format<"(2x,a,1x,'km ',2(i4,2x),f8.3,f11.0,i12.5,x)">,
+                       {name.view(), number, number, real, real, number});
+      });
+      const std::string laid_out = written(file("laid_out"), [&] {
+        runtime::write_record<"(2x,a,1x,'km ',2(i4,2x),f8.3,f11.0,i12.5,x)">(kUnit, name, number, number,
+                                                                             real, real, number);
+      });
+      EXPECT_EQ(laid_out, general);
+    }
+  }
+}
+
 // Records.
+
+TEST_F(Units, ALineReaderReadsAsTheUnitDoes) {
+  open_with("a long one\nb\n");
+  runtime::LineReader reader(kUnit, 4);
+  std::string_view record;
+  EXPECT_EQ(reader.position(), runtime::position(kUnit));
+  ASSERT_TRUE(reader.next(record));
+  EXPECT_EQ(record, "a lo");
+  EXPECT_EQ(reader.position(), runtime::position(kUnit));
+  EXPECT_EQ(next_record(), "b");
+  EXPECT_FALSE(reader.next(record));
+  EXPECT_EQ(record, "a lo");
+  runtime::backspace(kUnit);
+  EXPECT_FALSE(reader.next(record));
+}
 
 TEST_F(Units, EndRecordsAtEveryKindOfLineEnd) {
   open_with("a\nb\r\nc\rd\n");
