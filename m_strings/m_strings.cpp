@@ -112,14 +112,15 @@ bool any_oem_umlaut(std::string_view text) {
                              [](char byte) { return oem_umlaut_table[static_cast<unsigned char>(byte)]; });
 }
 
-// All bytes looked for lie above 127, and most files hold few of these: eight bytes are tested at once.
+// All bytes looked for lie above 127, and most files hold few of these: a block is tested at once.
 bool may_hold_oem_umlaut(std::string_view text) {
   constexpr std::uint64_t upper_bits = 0x8080808080808080U;
-  constexpr std::size_t step = sizeof(std::uint64_t);
-  for (; text.size() >= step; text.remove_prefix(step)) {
-    std::uint64_t bytes = 0;
-    std::memcpy(&bytes, text.data(), step);
-    if ((bytes & upper_bits) != 0 && any_oem_umlaut(text.substr(0, step))) return true;
+  using Block = std::array<std::uint64_t, 4>;
+  for (; text.size() >= sizeof(Block); text.remove_prefix(sizeof(Block))) {
+    Block block;
+    std::memcpy(block.data(), text.data(), sizeof(Block));
+    const std::uint64_t seen = block[0] | block[1] | block[2] | block[3];
+    if ((seen & upper_bits) != 0 && any_oem_umlaut(text.substr(0, sizeof(Block)))) return true;
   }
   return any_oem_umlaut(text);
 }

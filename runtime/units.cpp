@@ -530,25 +530,24 @@ void announce_record(int unit, RecordPosition position) {
 
 namespace detail {
 
-char* begin_record(int unit, std::size_t most_bytes) {
+RecordRoom begin_record(int unit, std::size_t most_bytes) {
   Connection& connection = writable(unit);
-  return connection.pending.room(most_bytes + connection.line_end.size());
+  return {&connection, connection.pending.room(most_bytes + connection.line_end.size())};
 }
 
-void end_record(int unit, const char* end) {
-  Connection& connection = connected(unit, "Schreiben");
-  connection.pending.take_up_to(end);
-  connection.pending += connection.line_end;
-  connection.inside_record = false;
-  hand_over_when_full(connection);
+void end_record(const RecordRoom& room, char* end) {
+  for (const char character : room.connection->line_end) *end++ = character;
+  room.connection->pending.take_up_to(end);
+  room.connection->inside_record = false;
+  hand_over_when_full(*room.connection);
 }
 
 }  // namespace detail
 
 void write(int unit, const Format& format, std::span<const Value> values) {
   const std::string_view line_end = writable(unit).line_end;
-  char* place = detail::begin_record(unit, most_bytes(format, values, line_end));
-  detail::end_record(unit, put_formatted(place, format, values, line_end));
+  const detail::RecordRoom room = detail::begin_record(unit, most_bytes(format, values, line_end));
+  detail::end_record(room, put_formatted(room.place, format, values, line_end));
 }
 
 void write(int unit, const Format& format, std::initializer_list<Value> values) {

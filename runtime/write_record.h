@@ -17,10 +17,14 @@
 namespace runtime {
 namespace detail {
 
-/// A record that is being written: the room behind what the unit holds already.
-char* begin_record(int unit, std::size_t most_bytes);
-/// Ends it at `end` with the unit's line end.
-void end_record(int unit, const char* end);
+/// Room for a record behind what the unit holds already.
+struct RecordRoom {
+  Connection* connection;
+  char* place;
+};
+RecordRoom begin_record(int unit, std::size_t most_bytes);
+/// Ends the record at `end` with the unit's line end.
+void end_record(const RecordRoom& room, char* end);
 
 template <SourceText notation>
 constexpr const FormatItem& item_at(std::size_t i) {
@@ -102,13 +106,14 @@ void write_record(int unit, const Values&... values) {
   static_assert(sizeof...(Values) == format<notation>.fields());
   constexpr std::size_t most =
       format<notation>.written_columns + (detail::text_bytes(static_cast<const Values*>(nullptr)) + ... + 0);
-  char* place = detail::begin_record(unit, most);
+  const detail::RecordRoom room = detail::begin_record(unit, most);
+  char* place = room.place;
   const auto all = std::tie(values...);
   [&]<std::size_t... I>(std::index_sequence<I...>) {
     ((place = detail::put_element<notation, I>(place, all)), ...);
   }
   (std::make_index_sequence<detail::stored_format<notation>.items.size()>{});
-  detail::end_record(unit, place);
+  detail::end_record(room, place);
 }
 
 }  // namespace runtime
