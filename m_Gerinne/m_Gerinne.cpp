@@ -28,7 +28,7 @@ void read_reach(std::string_view line, int unit, std::int32_t reach) {
   tables.kind.at(reach) = 1;
   tables.first_value.at(reach) = 0.0F;
   tables.station_value.at(reach) = 0.0F;
-  if (m_strings::ClassifyField(runtime::columns<57, 66>(line).view()) == 'B') return;
+  if (runtime::columns<57, 66>(line).blank()) return;
   tables.kind.at(reach) = 2;
   tables.first_value.at(reach) = value_of(line);
   runtime::read_line(unit, line_width, line);

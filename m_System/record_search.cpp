@@ -13,10 +13,6 @@ namespace {
 using runtime::RecordPosition;
 
 constexpr std::size_t line_width = 500;
-bool read_on(int unit, std::string_view& line) {
-  return runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good;
-}
-
 RecordIndex index_file(const RecordSearch& search) {
   LineNotes notes;
   const NameIndex& names = element_names();
@@ -49,13 +45,13 @@ std::int32_t mark_after_wrap(const RecordIndex& index, RecordPosition from, Reco
 
 // The elements are searched in their order, and so stand their records in the index. In the file they may lie
 // anywhere: those that come soon are announced, so that the memory has them by then.
-void announce_later_records(int unit, const RecordIndex& index,
+void announce_later_records(const runtime::LineReader& reader, const RecordIndex& index,
                             std::vector<RecordPosition>::const_iterator found) {
   constexpr std::ptrdiff_t distance = 8;
-  if (index.records.end() - found > distance) runtime::announce_record(unit, *(found + distance));
+  if (index.records.end() - found > distance) reader.announce(*(found + distance));
 }
 
-FoundRecord search_index(const RecordSearch& search, const ElementName& name, RecordPosition from) {
+FoundRecord search_index(RecordSearch& search, const ElementName& name, RecordPosition from) {
   const RecordIndex& index = *search.index;
   const auto element = static_cast<std::size_t>(first_of_name(element_names(), name));
   const auto begin = index.records.begin() + index.begin[element];
@@ -68,11 +64,11 @@ FoundRecord search_index(const RecordSearch& search, const ElementName& name, Re
   const auto ahead = std::lower_bound(begin, end, from);
   const auto found = ahead == end ? begin : ahead;
   const RecordPosition place = *found;
-  announce_later_records(search.unit, index, found);
+  announce_later_records(*search.reader, index, found);
   result.last_mark =
       ahead == end ? mark_after_wrap(index, from, place) : last_mark_between(index, from, place);
-  runtime::set_position(search.unit, place);
-  result.found = read_on(search.unit, result.line);
+  search.reader->go_to(place);
+  result.found = search.reader->next(result.line);
   return result;
 }
 
@@ -100,7 +96,8 @@ RecordIndex index_of(LineNotes&& notes) {
 }
 
 FoundRecord find_record(RecordSearch& search, const ElementName& name) {
-  const RecordPosition from = runtime::position(search.unit);
+  if (!search.reader) search.reader.emplace(search.unit, line_width);
+  const RecordPosition from = search.reader->position();
   if (!search.index) search.index = index_file(search);
   return search_index(search, name, from);
 }

@@ -51,6 +51,8 @@ struct RecordSearch {
   LineMark mark_of = nullptr;  ///< null: no line is marked
   /// Made while the file is checked for duplicate values, else by the first search.
   std::optional<RecordIndex> index = std::nullopt;
+  /// On the unit, from the first search on.
+  std::optional<runtime::LineReader> reader = std::nullopt;
 };
 
 /// Opens a companion file as `OpenInputFile` does and checks it for duplicate values of that element type;

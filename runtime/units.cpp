@@ -447,6 +447,13 @@ bool is_folder(std::string_view path) {
 
 namespace {
 
+void go_to_record(Connection& connection, RecordPosition position) {
+  end_writing(connection);
+  load(connection);
+  connection.next_record = std::min(position.byte, connection.size);
+  connection.past_end = false;
+}
+
 bool next_record(Connection& connection, std::size_t width, std::string_view& record) {
   if (!connection.writing) load(connection);
   if (connection.writing || connection.next_record >= connection.size) {
@@ -472,6 +479,19 @@ bool LineReader::next(std::string_view& record) {
 
 RecordPosition LineReader::position() const {
   return {connection_->next_record};
+}
+
+void LineReader::go_to(RecordPosition position) {
+  go_to_record(*connection_, position);
+}
+
+void LineReader::announce(RecordPosition position) const {
+  // The record and the one below it, which often belongs to it.
+  constexpr std::size_t cache_line = 64;
+  if (connection_->loaded && position.byte + cache_line < connection_->size) {
+    __builtin_prefetch(connection_->data.get() + position.byte);
+    __builtin_prefetch(connection_->data.get() + position.byte + cache_line);
+  }
 }
 
 std::string_view unread_text(int unit) {
@@ -511,21 +531,7 @@ RecordPosition position(int unit) {
 }
 
 void set_position(int unit, RecordPosition position) {
-  Connection& connection = connected(unit, "Lesen");
-  end_writing(connection);
-  load(connection);
-  connection.next_record = std::min(position.byte, connection.size);
-  connection.past_end = false;
-}
-
-void announce_record(int unit, RecordPosition position) {
-  const Connection& connection = connected(unit, "Lesen");
-  // The record and the one below it, which often belongs to it.
-  constexpr std::size_t cache_line = 64;
-  if (connection.loaded && position.byte + cache_line < connection.size) {
-    __builtin_prefetch(connection.data.get() + position.byte);
-    __builtin_prefetch(connection.data.get() + position.byte + cache_line);
-  }
+  go_to_record(connected(unit, "Lesen"), position);
 }
 
 namespace detail {

@@ -85,6 +85,10 @@ class LineReader {
   bool next(std::string_view& record);
   /// Where the next record begins.
   [[nodiscard]] RecordPosition position() const;
+  /// Goes to a place that `position` gave for the same file.
+  void go_to(RecordPosition position);
+  /// Says that the record at that place will be read soon. Changes nothing but the time.
+  void announce(RecordPosition position) const;
 
  private:
   Connection* connection_;
@@ -132,9 +136,6 @@ void backspace(int unit);
 RecordPosition position(int unit);
 /// Goes to a place that `position` gave for the same file.
 void set_position(int unit, RecordPosition position);
-
-/// Says that the record at that place will be read soon. Changes nothing but the time.
-void announce_record(int unit, RecordPosition position);
 
 /// Writes the values in the given format as one or more records after the current one; what followed it in
 /// the file is gone.
