@@ -62,7 +62,7 @@ void CutRecords(benchmark::State& state, std::string_view line_end) {
   for (std::int64_t i = 0; i < lines; ++i) text.append(70, 'x').append(line_end);
   const TemporaryFile file(text);
   runtime::open(unit, file.path(), runtime::OpenStatus::old);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     runtime::rewind(unit);
     std::string_view line;
     while (runtime::read_line(unit, 100, line) == runtime::ReadStatus::good) benchmark::DoNotOptimize(line);
@@ -75,7 +75,7 @@ BENCHMARK_CAPTURE(CutRecords, crlf, "\r\n");
 BENCHMARK_CAPTURE(CutRecords, cr, "\r");
 
 void EditIn(benchmark::State& state, std::string_view field) {
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     benchmark::DoNotOptimize(field);
     benchmark::DoNotOptimize(runtime::edit_single(field));
   }
@@ -88,7 +88,7 @@ BENCHMARK_CAPTURE(EditIn, blank, "     ");
 
 void EditOutFixed(benchmark::State& state, double value) {
   std::string out;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     out.clear();
     runtime::append_fixed(out, 10, 3, value);
     benchmark::DoNotOptimize(out);
@@ -102,7 +102,7 @@ BENCHMARK_CAPTURE(EditOutFixed, too_wide, 1.0E20);
 void EditOutListingLine(benchmark::State& state) {
   const auto& layout = runtime::format<"(6(a,1x),6i4)">;
   std::string out;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     out.clear();
     const std::array<runtime::Value, 12> values = {"T0010", "N0010", "K0010", "     ", "T0020", "     ",
                                                    3,       1,       2,       0,       4,       0};
@@ -115,7 +115,7 @@ BENCHMARK(EditOutListingLine);
 
 void IndexNames(benchmark::State& state) {
   fill_system(static_cast<std::int32_t>(state.range(0)));
-  for (auto _ : state) benchmark::DoNotOptimize(m_System::index_names(m_System::system_logic));
+  while (state.KeepRunning()) benchmark::DoNotOptimize(m_System::index_names(m_System::system_logic));
   state.SetItemsProcessed(state.iterations() * state.range(0));
   m_System::reset();
 }
@@ -127,7 +127,7 @@ void FindName(benchmark::State& state) {
   const m_System::NameIndex index = m_System::index_names(m_System::system_logic);
   constexpr std::int32_t stride = 7919;
   std::int32_t i = 0;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     i = (i + stride) % count;
     benchmark::DoNotOptimize(m_System::last_of_name(index, m_System::system_logic.name.at(i + 1)));
   }
@@ -142,7 +142,7 @@ void FindRecords(benchmark::State& state, bool reversed) {
   std::string text;
   for (std::int32_t i = 1; i <= count; ++i) text += area_line(reversed ? count + 1 - i : i);
   const TemporaryFile file(text);
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     runtime::open(unit, file.path(), runtime::OpenStatus::old);
     m_System::RecordSearch search{.unit = unit};
     for (std::int32_t i = 1; i <= count; ++i) {

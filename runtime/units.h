@@ -67,6 +67,7 @@ bool is_folder(std::string_view path);
 /// A place between two records of a unit's file: the byte at which the next record begins (0-based).
 struct RecordPosition {
   std::size_t byte = 0;
+  // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the zero in a defaulted comparison for a pointer
   friend auto operator<=>(const RecordPosition&, const RecordPosition&) = default;
 };
 /// Reads the next record with "(a)" into a text of `width` characters: `record` becomes the record without
