@@ -31,7 +31,7 @@ struct Sums {
 };
 
 void allocate(AreaSums& sums, std::int32_t count) {
-  if (sums.allocate(count)) return;
+  if (sums.allocate_zeroed(count)) return;
   runtime::stop_on_allocation(__FILE__, __LINE__, static_cast<std::size_t>(count) * sizeof(float));
 }
 

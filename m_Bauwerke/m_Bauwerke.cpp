@@ -56,8 +56,8 @@ std::int32_t AllocateBranchingTables() {
   tables.branching_count = system_logic.count_V;
   tables.B_count = system_logic.count_B;
   const std::int32_t entries = std::max(tables.branching_count, 1);
-  const bool code_ready = tables.code.allocate(entries);
-  const bool share_ready = tables.share.allocate(entries);
+  const bool code_ready = tables.code.allocate_zeroed(entries);
+  const bool share_ready = tables.share.allocate_zeroed(entries);
   return code_ready && share_ready ? 0 : m_WLM_error::allocation_failed;
 }
 

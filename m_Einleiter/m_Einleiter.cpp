@@ -115,8 +115,8 @@ std::int32_t AllocateSourceTables() {
   tables.E_count = system_logic.count_E;
   tables.source_count = tables.natural_count + tables.canalised_count;
   const std::int32_t entries = std::max(tables.natural_count, 1) + std::max(tables.canalised_count, 1);
-  const bool area_ready = tables.area.allocate(entries);
-  const bool sealing_ready = tables.sealing.allocate(entries);
+  const bool area_ready = tables.area.allocate_zeroed(entries);
+  const bool sealing_ready = tables.sealing.allocate_zeroed(entries);
   return area_ready && sealing_ready ? 0 : m_WLM_error::allocation_failed;
 }
 

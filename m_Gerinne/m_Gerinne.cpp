@@ -59,9 +59,9 @@ std::int32_t AllocateReachTables() {
   ReachTables& tables = reach_tables;
   tables.reach_count = system_logic.count_T;
   const std::int32_t entries = std::max(tables.reach_count, 1);
-  const bool kind_ready = tables.kind.allocate(entries);
-  const bool first_ready = tables.first_value.allocate(entries);
-  const bool station_ready = tables.station_value.allocate(entries);
+  const bool kind_ready = tables.kind.allocate_zeroed(entries);
+  const bool first_ready = tables.first_value.allocate_zeroed(entries);
+  const bool station_ready = tables.station_value.allocate_zeroed(entries);
   return kind_ready && first_ready && station_ready ? 0 : m_WLM_error::allocation_failed;
 }
 

@@ -5,6 +5,7 @@
 
 #include "m_WLM_error.h"
 #include "name_index.h"
+#include "system_tables.h"
 
 namespace m_System {
 namespace {
@@ -27,8 +28,8 @@ std::int32_t counted_ordinal(char letter, std::int32_t i) {
 }
 
 template <class T>
-void allocate(runtime::OneBased<T>& table, std::int32_t count, const T& initial, std::int32_t& status) {
-  if (!table.allocate(count, initial)) status = m_WLM_error::allocation_failed;
+void allocate(runtime::OneBased<T>& table, std::int32_t count, std::int32_t& status) {
+  if (!table.allocate_zeroed(count)) status = m_WLM_error::allocation_failed;
 }
 
 }  // namespace
@@ -46,30 +47,48 @@ std::int32_t TypeOrdinal(char letter, std::int32_t i) {
   const std::int32_t last = std::min(i, system_logic.element_count);
   runtime::OneBased<std::int32_t>& counts = ordinals[letter];
   if (counts.size() == 0) {
-    if (!counts.allocate(system_logic.element_count)) return counted_ordinal(letter, last);
+    if (!counts.allocate_zeroed(system_logic.element_count)) return counted_ordinal(letter, last);
     take_ordinals(letter, counts);
   }
   return counts.at(last);
 }
 
-std::int32_t AllocateSystemTables() {
+std::int32_t allocate_unfilled_tables() {
   SystemLogic& logic = system_logic;
   forget_element_names();
   ordinals.clear();
   logic.element_count = logic.total_count;
   const std::int32_t entries = logic.element_count + 1;
   std::int32_t status = 0;
-  allocate(logic.name, entries, {}, status);
-  allocate(logic.type, entries, ' ', status);
-  allocate(logic.tag3, entries, {}, status);
-  allocate(logic.tag7, entries, {}, status);
-  allocate(logic.text17, entries, {}, status);
-  allocate(logic.inflow_name, entries, {}, status);
-  allocate(logic.outflow_name, entries, {}, status);
-  allocate(logic.inflow_index, entries, {}, status);
-  allocate(logic.outflow_index, entries, {}, status);
-  allocate(logic.data_seen, entries, 0, status);
-  allocate(logic.mark, entries + 1, ' ', status);
+  allocate(logic.name, entries, status);
+  allocate(logic.type, entries, status);
+  allocate(logic.tag3, entries, status);
+  allocate(logic.tag7, entries, status);
+  allocate(logic.text17, entries, status);
+  allocate(logic.inflow_name, entries, status);
+  allocate(logic.outflow_name, entries, status);
+  allocate(logic.inflow_index, entries, status);
+  allocate(logic.outflow_index, entries, status);
+  allocate(logic.data_seen, entries, status);
+  allocate(logic.mark, entries + 1, status);
+  return status;
+}
+
+void blank_texts_from(std::int32_t first) {
+  SystemLogic& logic = system_logic;
+  logic.name.fill_from(first, {});
+  logic.type.fill_from(first, ' ');
+  logic.tag3.fill_from(first, {});
+  logic.tag7.fill_from(first, {});
+  logic.text17.fill_from(first, {});
+  logic.inflow_name.fill_from(first, {});
+  logic.outflow_name.fill_from(first, {});
+  logic.mark.fill_from(1, ' ');
+}
+
+std::int32_t AllocateSystemTables() {
+  const std::int32_t status = allocate_unfilled_tables();
+  blank_texts_from(1);
   return status;
 }
 

@@ -64,7 +64,8 @@ void allocate_cells(NameIndex& index, const SystemLogic& logic) {
   const std::uint64_t spanned = weigh_characters(index, logic, limit);
   index.direct = spanned <= limit;
   const std::uint64_t cells = index.direct ? spanned : std::bit_ceil(2 * count);
-  if (cells > most_cells || !index.cells.allocate(static_cast<std::int32_t>(cells))) throw std::bad_alloc();
+  if (cells > most_cells || !index.cells.allocate_zeroed(static_cast<std::int32_t>(cells)))
+    throw std::bad_alloc();
 }
 
 // The cell of a name, from 1; behind the last cell when it has a foreign character.

@@ -1,13 +1,16 @@
 #include <algorithm>
-#include <string>
+#include <array>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
+#include "blocks.h"
 #include "fixed_text.h"
 #include "m_System.h"
 #include "m_WLM_error.h"
 #include "m_files.h"
 #include "name_index.h"
+#include "system_tables.h"
 #include "units.h"
 #include "write_record.h"
 
@@ -18,77 +21,78 @@ using runtime::columns;
 
 constexpr std::size_t line_width = 100;
 constexpr std::size_t name_column = 36;
-constexpr std::string_view element_types = "NKETVBP";
 
-bool is_type(char letter) {
-  return element_types.find(letter) != std::string_view::npos;
-}
+constexpr std::array<bool, 256> element_types = [] {
+  std::array<bool, 256> types{};
+  for (const char letter : {'N', 'K', 'E', 'T', 'V', 'B', 'P'})
+    types[static_cast<unsigned char>(letter)] = true;
+  return types;
+}();
 
 bool holds_type(std::string_view line, std::size_t column) {
-  return line.size() >= column && is_type(line[column - 1]);
+  return line.size() >= column && element_types[static_cast<unsigned char>(line[column - 1])];
 }
 
-bool is_blank(std::string_view line, std::size_t first, std::size_t last) {
-  return line.size() < first || runtime::is_blank(line.substr(first - 1, last - first + 1));
-}
-
-bool is_link_or_blank(std::string_view line, std::size_t first, std::size_t last) {
-  return holds_type(line, first) || is_blank(line, first, last);
+// Each span begins in the first column of a link field.
+template <std::size_t First, std::size_t Last>
+bool is_link_or_blank(std::string_view line) {
+  return holds_type(line, First) || columns<First, Last>(line).blank();
 }
 
 // Without a first inflow the columns of all three are blank: a gap before a later one is no element line.
 bool inflows_stand_right(std::string_view line) {
-  if (!holds_type(line, 44)) return is_blank(line, 44, 60);
-  return is_link_or_blank(line, 50, 60) && is_link_or_blank(line, 56, 60);
+  if (!holds_type(line, 44)) return columns<44, 60>(line).blank();
+  return is_link_or_blank<50, 60>(line) && is_link_or_blank<56, 60>(line);
 }
 
 // Headings, rulers and remarks hold no element type in column 36 and are passed over, as are "Z" elements.
 bool is_element_line(std::string_view line) {
-  return line.size() >= name_column && is_type(line[name_column - 1]) && inflows_stand_right(line) &&
-         is_link_or_blank(line, 64, 68) && is_link_or_blank(line, 70, 74);
+  return holds_type(line, name_column) && inflows_stand_right(line) && is_link_or_blank<64, 68>(line) &&
+         is_link_or_blank<70, 74>(line);
 }
 
-void count_type(SystemLogic& logic, char type) {
-  switch (type) {
-    case 'N':
-      ++logic.count_N;
-      break;
-    case 'K':
-      ++logic.count_K;
-      break;
-    case 'E':
-      ++logic.count_E;
-      break;
-    case 'T':
-      ++logic.count_T;
-      break;
-    case 'V':
-      ++logic.count_V;
-      break;
-    case 'B':
-      ++logic.count_B;
-      break;
-    default:
-      break;
+// Where an element line stands in the file; half as large as a view, as a large system has many of them.
+class ElementLine {
+ public:
+  ElementLine(std::size_t begin, std::size_t length) : packed_(begin << length_bits | length) {}
+  [[nodiscard]] std::string_view in(std::string_view file) const {
+    return file.substr(packed_ >> length_bits, packed_ & longest);
   }
+
+ private:
+  static constexpr unsigned length_bits = 7;
+  static constexpr std::uint64_t longest = (1U << length_bits) - 1;
+  static_assert(line_width <= longest);
+  std::uint64_t packed_;
+};
+using ElementLines = std::vector<ElementLine, runtime::BlockAllocator<ElementLine>>;
+
+void store_counts(const std::array<std::int32_t, 256>& counts) {
+  SystemLogic& logic = system_logic;
+  logic.count_N = counts['N'];
+  logic.count_K = counts['K'];
+  logic.count_E = counts['E'];
+  logic.count_T = counts['T'];
+  logic.count_V = counts['V'];
+  logic.count_B = counts['B'];
 }
 
-// Counts the element lines of the file and keeps them; the views stay valid while the unit is open.
-std::vector<std::string_view> count_element_lines(int unit) {
-  SystemLogic& logic = system_logic;
-  logic.count_N = logic.count_K = logic.count_E = logic.count_T = logic.count_V = logic.count_B = 0;
+// Counts the element lines of the file and says where they stand in it.
+ElementLines count_element_lines(int unit) {
   // A line that names an element and its outflow is about this long.
   constexpr std::size_t usual_line = 68;
-  std::vector<std::string_view> lines;
+  ElementLines lines;
   lines.reserve(runtime::unread_text(unit).size() / usual_line);
+  std::array<std::int32_t, 256> counts{};
   runtime::LineReader reader(unit, line_width);
   std::string_view line;
-  while (reader.next(line)) {
+  for (std::size_t begin = 0; reader.next(line); begin = reader.position().byte) {
     if (!is_element_line(line)) continue;
-    count_type(logic, line[name_column - 1]);
-    lines.push_back(line);
+    ++counts[static_cast<unsigned char>(line[name_column - 1])];
+    lines.emplace_back(begin, line.size());
   }
-  logic.total_count = static_cast<std::int32_t>(lines.size());
+  store_counts(counts);
+  system_logic.total_count = static_cast<std::int32_t>(lines.size());
   runtime::rewind(unit);
   return lines;
 }
@@ -104,14 +108,25 @@ void store_element(SystemLogic& logic, std::int32_t i, std::string_view line) {
 }
 
 // The lines behind the element that ends the system are counted, but not stored.
-void store_elements(const std::vector<std::string_view>& lines) {
+void store_elements(int unit, const ElementLines& lines) {
   SystemLogic& logic = system_logic;
+  const std::string_view text = runtime::unread_text(unit);
   std::int32_t i = 0;
-  for (const std::string_view line : lines) {
+  for (const ElementLine line : lines) {
     ++i;
-    store_element(logic, i, line);
-    if (logic.outflow_name.at(i).at(1) == "ENDE") return;
+    store_element(logic, i, line.in(text));
+    if (logic.outflow_name.at(i).at(1) == "ENDE") break;
   }
+  blank_texts_from(i + 1);
+}
+
+// False when the reading must end.
+bool read_elements(int unit) {
+  const ElementLines lines = count_element_lines(unit);
+  m_WLM_error::ErrorLevel = std::max(m_WLM_error::ErrorLevel, allocate_unfilled_tables());
+  if (m_WLM_error::ErrorLevel > 1) return false;
+  store_elements(unit, lines);
+  return true;
 }
 
 // Of several elements of one name the last one is linked.
@@ -168,15 +183,10 @@ void CountElements(int unit) {
 void ReadSystemFile(std::string_view variant_name) {
   const int unit = OpenInputFile(file_name_of(variant_name, ".sys"));
   if (unit == 0) return;
-  const std::vector<std::string_view> lines = count_element_lines(unit);
-  m_WLM_error::ErrorLevel = std::max(m_WLM_error::ErrorLevel, AllocateSystemTables());
-  if (m_WLM_error::ErrorLevel > 1) {
-    runtime::close(unit);
-    return;
+  if (read_elements(unit)) {
+    link_and_list_elements();
+    CheckSystemLogic();
   }
-  store_elements(lines);
-  link_and_list_elements();
-  CheckSystemLogic();
   runtime::close(unit);
 }
 

@@ -9,15 +9,9 @@
 #include <type_traits>
 #include <utility>
 
+#include "blocks.h"
+
 namespace runtime {
-
-/// Memory for `bytes` zeroed bytes, released with `std::free`; null when there is none.
-void* allocate_zeroed(std::size_t bytes);
-
-/// Makes every later request above `bytes` fail, as a machine short of memory would. For tests.
-void limit_allocations(std::size_t bytes);
-/// Takes the limit of `limit_allocations` back.
-void unlimit_allocations();
 
 /// A few values of one element, at the places 1 .. K (the inflows or outflows of a system element).
 template <class T, std::int32_t K>
@@ -38,15 +32,25 @@ class OneBased {
   /// Makes `count` entries that hold `initial`. Frees the old ones first. False, with an empty table,
   /// when the memory is not there.
   bool allocate(std::int32_t count, const T& initial = T{}) {
+    if (!allocate_zeroed(count)) return false;
+    fill_from(1, initial);
+    return true;
+  }
+
+  /// The same with entries whose bytes are zero, for tables that hold numbers or are filled at once.
+  bool allocate_zeroed(std::int32_t count) {
     release();
     const auto entries = static_cast<std::size_t>(count < 0 ? 0 : count);
     if (entries > std::numeric_limits<std::size_t>::max() / sizeof(T)) return false;
-    data_.reset(static_cast<T*>(allocate_zeroed(entries * sizeof(T))));
+    data_.reset(static_cast<T*>(allocate_zeroed_block(entries * sizeof(T))));
     if (!data_) return false;
-    // Fresh memory is zero already: only other initial values are written, which spares a pass.
-    if (!is_zero(initial)) std::uninitialized_fill_n(data_.get(), entries, initial);
     size_ = static_cast<std::int32_t>(entries);
     return true;
+  }
+
+  /// Stores the value at every position from `first` (at least 1) to the end.
+  void fill_from(std::int32_t first, const T& value) {
+    for (std::int32_t position = first; position <= size_; ++position) at(position) = value;
   }
 
   void release() {
@@ -65,18 +69,6 @@ class OneBased {
   [[nodiscard]] T at_or_zero(std::int32_t position) const { return holds(position) ? at(position) : T{}; }
 
  private:
-  struct Release {
-    void operator()(T* data) const { std::free(data); }
-  };
-
-  static bool is_zero(const T& value) {
-    if constexpr (std::is_arithmetic_v<T>) {
-      return value == T{};
-    } else {
-      return false;
-    }
-  }
-
   [[nodiscard]] std::size_t checked(std::int32_t position) const {
 #ifdef KV_CHECKED
     if (!holds(position)) std::abort();
@@ -84,7 +76,7 @@ class OneBased {
     return static_cast<std::size_t>(position) - 1;
   }
 
-  std::unique_ptr<T[], Release> data_;
+  std::unique_ptr<T[], ReleaseBlock> data_;
   std::int32_t size_ = 0;
 };
 

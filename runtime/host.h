@@ -67,10 +67,10 @@ void set_host(Host* replacement);
 inline constexpr int standard_output_handle = 1;
 inline constexpr int standard_error_handle = 2;
 
-/// Tells the system that a block of memory is large and will be used all over: large pages spare the faults
-/// and the address look-ups of small ones. Changes nothing but the time; a system without them passes it
-/// over.
-void prefer_large_pages(void* memory, std::size_t bytes);
+/// Zeroed memory straight from the system, beginning at a multiple of `alignment` (whole pages, as is the
+/// size) and on large pages where the system has them; null when there is none. It is there until the process
+/// ends.
+void* map_memory(std::size_t bytes, std::size_t alignment);
 
 /// Makes the process safe for file work: a reader of standard output that goes away, or a file that reaches
 /// the size the host allows, is an error of the write and not the end of the process, and a standard stream

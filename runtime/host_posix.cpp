@@ -160,16 +160,19 @@ void set_host(Host* replacement) {
   replacement_host = replacement;
 }
 
-void prefer_large_pages(void* memory, std::size_t bytes) {
+void* map_memory(std::size_t bytes, std::size_t alignment) {
+  const std::size_t room = bytes + alignment;
+  void* const mapped = ::mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (mapped == MAP_FAILED) return nullptr;
+  const std::size_t misplaced = reinterpret_cast<std::uintptr_t>(mapped) % alignment;
+  const std::size_t skipped = misplaced == 0 ? 0 : alignment - misplaced;
+  char* const memory = static_cast<char*>(mapped) + skipped;
+  if (skipped > 0) ::munmap(mapped, skipped);
+  ::munmap(memory + bytes, alignment - skipped);
 #ifdef MADV_HUGEPAGE
-  // Below a few large pages there is nothing to be gained, and their rounding would cost memory.
-  constexpr std::size_t worthwhile = std::size_t{8} << 20U;
-  if (bytes < worthwhile) return;
-  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-  const std::size_t misplaced = reinterpret_cast<std::uintptr_t>(memory) % page;
-  const std::size_t skipped = misplaced == 0 ? 0 : page - misplaced;
-  ::madvise(static_cast<char*>(memory) + skipped, bytes - skipped, MADV_HUGEPAGE);
+  ::madvise(memory, bytes, MADV_HUGEPAGE);
 #endif
+  return memory;
 }
 
 void prepare_process() {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -189,32 +190,8 @@ void push_fixed(FieldFromBehind& field, Unsigned scaled, std::size_t decimals, b
   if (negative) field.push('-');
 }
 
-// True when a field has room for the sign, the point and all digits, without counting which of them stand.
-inline bool is_roomy(std::size_t width, std::size_t decimals, std::uint64_t scaled) {
-  return width >= decimals + 3 && width <= widest_limit && scaled < column_limits[width - 2] &&
-         scaled <= short_limit;
-}
-
-inline char* put_roomy(char* place, std::size_t width, std::size_t decimals, std::uint32_t scaled,
-                       bool negative) {
-  char* const end = place + width;
-  char* next = end;
-  for (std::size_t i = 0; i < decimals; ++i, scaled /= 10) *--next = static_cast<char>('0' + scaled % 10);
-  *--next = '.';
-  do {
-    *--next = static_cast<char>('0' + scaled % 10);
-    scaled /= 10;
-  } while (scaled > 0);
-  if (negative) *--next = '-';
-  while (next != place) *--next = ' ';
-  return end;
-}
-
 inline char* put_scaled(char* place, std::size_t width, std::size_t decimals, double value) {
   const std::uint64_t scaled = rounded(std::abs(value) * power_of_ten[decimals]);
-  if (is_roomy(width, decimals, scaled)) {
-    return put_roomy(place, width, decimals, static_cast<std::uint32_t>(scaled), std::signbit(value));
-  }
   FieldFromBehind field(place, width);
   if (scaled <= short_limit) {
     push_fixed(field, static_cast<std::uint32_t>(scaled), decimals, std::signbit(value));
@@ -233,6 +210,69 @@ inline char* put_fixed(char* place, std::size_t width, std::size_t decimals, dou
   if (!std::isfinite(value)) return put_not_finite(place, width, value);
   if (scales_exactly(decimals, value)) return put_scaled(place, width, decimals, value);
   return put_exact(place, width, decimals, value);
+}
+
+// Short numbers in fields that the compiler knows: eight digits are worked out side by side in one word, its
+// lowest byte the first digit (Hacker's Delight, 2nd ed., 10-1, division by multiplication).
+inline constexpr bool words_hold_text = std::endian::native == std::endian::little;
+inline constexpr std::size_t word_digits = 8;
+
+inline std::uint64_t digits_of(std::uint32_t number) {
+  const std::uint64_t fours = number / 10000 | std::uint64_t{number % 10000} << 32U;
+  const std::uint64_t hundreds = (fours * 10486U >> 20U) & 0x0000007F'0000007FU;
+  const std::uint64_t twos = hundreds | (fours - 100U * hundreds) << 16U;
+  const std::uint64_t tens = (twos * 103U >> 10U) & 0x000F000F'000F000FU;
+  return tens | (twos - 10U * tens) << 8U;
+}
+
+// The digits as characters, with blanks for the leading zeros before the last `shown` ones.
+inline std::uint64_t text_of_digits(std::uint64_t digits, std::size_t shown) {
+  const std::uint64_t first_shown = std::uint64_t{1} << (8 * (word_digits - shown));
+  const auto leading_bits = static_cast<unsigned>(std::countr_zero(digits | first_shown)) & ~7U;
+  const std::uint64_t leading = (std::uint64_t{1} << leading_bits) - 1;
+  constexpr std::uint64_t zeros = 0x3030303030303030U;
+  constexpr std::uint64_t zeros_over_blanks = 0x1010101010101010U;
+  return digits + zeros - (zeros_over_blanks & leading);
+}
+
+/// The same as above for a layout that the compiler knows.
+template <std::size_t width, std::size_t minimum>
+char* put_integer(char* place, std::int32_t value) {
+  if constexpr (words_hold_text && width >= 1 && width <= word_digits) {
+    if (value >= 0 && static_cast<std::uint64_t>(value) < column_limits[width]) {
+      constexpr std::size_t shown = std::max<std::size_t>(minimum, 1);
+      const std::uint64_t text = text_of_digits(digits_of(static_cast<std::uint32_t>(value)), shown);
+      const std::uint64_t last = text >> (8 * (word_digits - width));
+      std::memcpy(place, &last, width);
+      return place + width;
+    }
+  }
+  return put_integer(place, width, minimum, value);
+}
+
+/// The same as above for a layout that the compiler knows.
+template <std::size_t width, std::size_t decimals>
+char* put_fixed(char* place, float value) {
+  if constexpr (words_hold_text && decimals >= 1 && decimals < word_digits && width >= decimals + 2) {
+    constexpr auto limit = static_cast<double>(column_limits[std::min(word_digits, width - 1)]);
+    // Exact, as a single-precision value has 24 significant bits; the sum rounds it to a whole number, ties
+    // to even, and holds that in its low bits.
+    const double scaled = static_cast<double>(value) * power_of_ten[decimals];
+    if (!std::signbit(value) && scaled < limit - 1) {
+      const auto number = static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(scaled + fast_limit));
+      const std::uint64_t text = text_of_digits(digits_of(number), decimals + 1);
+      constexpr std::size_t columns = width - 1 - decimals;
+      constexpr std::size_t wholes = std::min(word_digits - decimals, columns);
+      place = put_filled(place, columns - wholes, ' ');
+      const std::uint64_t whole = text >> (8 * (word_digits - decimals - wholes));
+      std::memcpy(place, &whole, wholes);
+      place[wholes] = '.';
+      const std::uint64_t fraction = text >> (8 * (word_digits - decimals));
+      std::memcpy(place + wholes + 1, &fraction, decimals);
+      return place + wholes + 1 + decimals;
+    }
+  }
+  return put_fixed(place, width, decimals, static_cast<double>(value));
 }
 
 inline char* put_text(char* place, std::size_t width, std::string_view value) {

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "blocks.h"
 #include "host.h"
 #include "output_buffer.h"
 #include "paths.h"
@@ -36,6 +37,12 @@ struct NextCharacter {
   }
 };
 
+using FileMemory = std::unique_ptr<char[], ReleaseBlock>;
+
+FileMemory file_memory(std::size_t bytes) {
+  return FileMemory(static_cast<char*>(allocate_block(bytes)));
+}
+
 }  // namespace
 
 struct Connection {
@@ -46,7 +53,7 @@ struct Connection {
   std::error_code write_refused;
 
   // The whole file, from the first read on.
-  std::unique_ptr<char[]> data;
+  FileMemory data;
   std::size_t size = 0;
   std::size_t next_record = 0;
   bool loaded = false;
@@ -200,7 +207,7 @@ bool connect_unit(int unit, std::string_view text, OpenStatus status, std::error
 
 bool grow(Connection& connection, std::size_t& capacity) {
   const std::size_t larger = capacity * 2;
-  std::unique_ptr<char[]> data(new (std::nothrow) char[larger]);
+  FileMemory data = file_memory(larger);
   if (!data) return false;
   std::memcpy(data.get(), connection.data.get(), connection.size);
   connection.data = std::move(data);
@@ -211,11 +218,10 @@ bool grow(Connection& connection, std::size_t& capacity) {
 bool read_whole(Connection& connection, std::error_code& reason) {
   // One byte more than the file holds, so that its end is met without growing.
   std::size_t capacity = static_cast<std::size_t>(connection.facts.size) + 1;
-  connection.data.reset(new (std::nothrow) char[capacity]);
+  connection.data = file_memory(capacity);
   connection.size = 0;
   reason = reason_of(std::errc::not_enough_memory);
   if (!connection.data) return false;
-  prefer_large_pages(connection.data.get(), capacity);
   while (true) {
     if (connection.size == capacity && !grow(connection, capacity)) return false;
     const std::ptrdiff_t got = host().read(connection.handle, connection.data.get() + connection.size,

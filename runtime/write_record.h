@@ -79,9 +79,9 @@ char* put_element(char* place, const Values& values) {
         return put_one(place, value);
       } else if constexpr (item.edit == Edit::integer) {
         static_assert(item.width > 0, "a number stands in a given width");
-        return put_integer(place, item.width, item.decimals, std::int64_t{value});
+        return put_integer<item.width, item.decimals>(place, value);
       } else {
-        return put_fixed(place, item.width, item.decimals, static_cast<double>(value));
+        return put_fixed<item.width, item.decimals>(place, value);
       }
     }
   }

@@ -18,6 +18,7 @@
 #include "arithmetic.h"
 #include "edit_input.h"
 #include "edit_output.h"
+#include "put_fields.h"
 
 namespace {
 
@@ -370,6 +371,73 @@ TEST(TruncatedInteger, CutsTowardZeroInTheRange) {
   EXPECT_EQ(runtime::truncated_integer(1E300), std::numeric_limits<std::int32_t>::max());
   EXPECT_EQ(runtime::truncated_integer(-1E300), std::numeric_limits<std::int32_t>::min());
   EXPECT_EQ(runtime::truncated_integer(std::numeric_limits<double>::quiet_NaN()), 0);
+}
+
+// Layouts that the compiler knows.
+
+template <std::size_t width, std::size_t decimals>
+std::string known_fixed(float value) {
+  std::array<char, width> text{};
+  const char* const end = runtime::detail::put_fixed<width, decimals>(text.data(), value);
+  return {text.data(), static_cast<std::size_t>(end - text.data())};
+}
+
+std::string integer_text(std::size_t width, std::size_t minimum, std::int32_t value) {
+  std::string text;
+  runtime::append_integer(text, width, minimum, value);
+  return text;
+}
+
+template <std::size_t width, std::size_t minimum>
+std::string known_integer(std::int32_t value) {
+  std::array<char, width> text{};
+  const char* const end = runtime::detail::put_integer<width, minimum>(text.data(), value);
+  return {text.data(), static_cast<std::size_t>(end - text.data())};
+}
+
+template <std::size_t width, int decimals>
+void expect_printed(float value) {
+  EXPECT_EQ((known_fixed<width, std::size_t{decimals}>(value)), printed(width, decimals, value)) << value;
+}
+
+void expect_known_layouts(float value) {
+  expect_printed<8, 3>(value);
+  expect_printed<10, 3>(value);
+  expect_printed<11, 3>(value);
+  expect_printed<14, 1>(value);
+  expect_printed<9, 7>(value);
+}
+
+TEST(KnownLayout, HoldsTiesLimitsAndSigns) {
+  for (const float value :
+       {0.0F,      -0.0F,     0.0005F,    0.0625F,    0.1875F,     0.9995F,     1.0F,
+        9.9995F,   999.9995F, 9999.999F,  9999.9995F, 10000.0F,    99999.99F,   99999.995F,
+        100000.0F, 999999.9F, 1000000.0F, 9999999.0F, 10000000.0F, 16777216.0F, 1.0E9F,
+        -0.0001F,  -1.5F,     -9999.5F,   -99999.9F,  1.0E-38F,    3.0E38F}) {
+    expect_known_layouts(value);
+  }
+}
+
+TEST(KnownLayout, IsThatOfTheCLibrary) {
+  std::mt19937 random(20240229);
+  for (int i = 0; i < 200000; ++i) {
+    const auto exponent = static_cast<int>(random() % 40) - 14;
+    expect_known_layouts(std::ldexp(static_cast<float>(random() % 16777216), exponent - 12));
+  }
+}
+
+TEST(KnownLayout, OfWholeNumbersIsTheGeneralOne) {
+  std::vector<std::int32_t> values = {0, -1, std::numeric_limits<std::int32_t>::max(),
+                                      std::numeric_limits<std::int32_t>::min()};
+  for (std::int32_t power = 1; power <= 100000000; power *= 10) {
+    for (const std::int32_t value : {power - 1, power, power + 1, 5 * power, -power}) values.push_back(value);
+  }
+  for (const std::int32_t value : values) {
+    EXPECT_EQ((known_integer<4, 0>(value)), integer_text(4, 0, value)) << value;
+    EXPECT_EQ((known_integer<8, 0>(value)), integer_text(8, 0, value)) << value;
+    EXPECT_EQ((known_integer<6, 3>(value)), integer_text(6, 3, value)) << value;
+    EXPECT_EQ((known_integer<12, 5>(value)), integer_text(12, 5, value)) << value;
+  }
 }
 
 }  // namespace

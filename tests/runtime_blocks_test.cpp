@@ -1,0 +1,89 @@
+#include "blocks.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t kMiB = std::size_t{1} << 20U;
+
+bool all_zero(const void* block, std::size_t bytes) {
+  const auto* begin = static_cast<const char*>(block);
+  return std::all_of(begin, begin + bytes, [](char byte) { return byte == 0; });
+}
+
+TEST(Blocks, AreThereInEverySize) {
+  for (const std::size_t bytes :
+       {std::size_t{0}, std::size_t{1}, std::size_t{100}, kMiB - 1, kMiB, 5 * kMiB}) {
+    void* const block = runtime::allocate_block(bytes);
+    ASSERT_NE(block, nullptr) << bytes;
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % alignof(std::max_align_t), 0U) << bytes;
+    std::memset(block, 1, bytes);
+    runtime::release_block(block);
+  }
+  runtime::release_block(nullptr);
+}
+
+TEST(Blocks, ComeBackZeroedWhenThatIsAskedFor) {
+  void* const used = runtime::allocate_block(9 * kMiB);
+  ASSERT_NE(used, nullptr);
+  std::memset(used, 1, 9 * kMiB);
+  runtime::release_block(used);
+  for (const std::size_t bytes : {std::size_t{100}, 2 * kMiB, 3 * kMiB, 6 * kMiB}) {
+    void* const block = runtime::allocate_zeroed_block(bytes);
+    ASSERT_NE(block, nullptr);
+    EXPECT_TRUE(all_zero(block, bytes)) << bytes;
+    std::memset(block, 1, bytes);
+    runtime::release_block(block);
+  }
+}
+
+TEST(Blocks, LieApartWhenALargeOneIsDivided) {
+  runtime::release_block(runtime::allocate_block(16 * kMiB));
+  std::vector<char*> blocks;
+  for (std::size_t i = 0; i < 8; ++i) {
+    blocks.push_back(static_cast<char*>(runtime::allocate_block(2 * kMiB)));
+    ASSERT_NE(blocks.back(), nullptr);
+    std::memset(blocks.back(), static_cast<int>(i), 2 * kMiB);
+  }
+  for (std::size_t i = 0; i < blocks.size(); ++i) {
+    EXPECT_EQ(std::count(blocks[i], blocks[i] + 2 * kMiB, static_cast<char>(i)), 2 * kMiB) << i;
+  }
+  for (char* const block : blocks) runtime::release_block(block);
+}
+
+TEST(Blocks, AreAlsoThereWhenMoreAreLargeThanAreKept) {
+  std::vector<void*> blocks;
+  for (int i = 0; i < 100; ++i) blocks.push_back(runtime::allocate_zeroed_block(kMiB));
+  for (void* const block : blocks) {
+    ASSERT_NE(block, nullptr);
+    EXPECT_TRUE(all_zero(block, kMiB));
+  }
+  for (void* const block : blocks) runtime::release_block(block);
+}
+
+TEST(Blocks, OfMoreThanThereIsAreRefused) {
+  constexpr std::size_t most = std::numeric_limits<std::size_t>::max();
+  for (const std::size_t bytes : {most, most - 2 * kMiB - 1, most - 4 * kMiB, most / 2}) {
+    EXPECT_EQ(runtime::allocate_block(bytes), nullptr) << bytes;
+    EXPECT_EQ(runtime::allocate_zeroed_block(bytes), nullptr) << bytes;
+  }
+  runtime::BlockAllocator<std::uint64_t> allocator;
+  EXPECT_THROW((void)allocator.allocate(most / 4), std::bad_alloc);
+  EXPECT_THROW((void)allocator.allocate(most / 16), std::bad_alloc);
+}
+
+TEST(Blocks, HoldTheElementsOfAContainer) {
+  std::vector<int, runtime::BlockAllocator<int>> numbers;
+  for (int i = 0; i < 1000000; ++i) numbers.push_back(i);
+  for (int i = 0; i < 1000000; ++i) ASSERT_EQ(numbers[static_cast<std::size_t>(i)], i);
+}
+
+}  // namespace
