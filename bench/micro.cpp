@@ -146,7 +146,7 @@ void FindRecords(benchmark::State& state, bool reversed) {
     runtime::open(unit, file.path(), runtime::OpenStatus::old);
     m_System::RecordSearch search{.unit = unit};
     for (std::int32_t i = 1; i <= count; ++i) {
-      benchmark::DoNotOptimize(m_System::find_record(search, m_System::system_logic.name.at(i)));
+      benchmark::DoNotOptimize(m_System::find_record(search, i));
     }
     runtime::close(unit);
   }

@@ -33,7 +33,7 @@ void read_branchings(const FileName& file_name, m_System::RecordSearch& search) 
   for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
     if (system_logic.type.at(i) != 'V') continue;
     const std::string_view name = system_logic.name.at(i).view();
-    const m_System::FoundRecord record = m_System::find_record(search, system_logic.name.at(i));
+    const m_System::FoundRecord record = m_System::find_record(search, i);
     if (!record.found) {
       // The rest of the file is not read; it stays open to the end of the run.
       Report("A00", {.text1 = file_name.view(), .text2 = name});

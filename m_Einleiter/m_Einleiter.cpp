@@ -84,7 +84,7 @@ void read_sources(const AreaFile& file, const FileName& file_name, m_System::Rec
     if (type != 'N' && type != 'K') continue;
     ++source;
     if (type != file.type) continue;
-    const m_System::FoundRecord record = m_System::find_record(search, system_logic.name.at(i));
+    const m_System::FoundRecord record = m_System::find_record(search, i);
     set_unit(record.last_mark);
     if (!record.found) {
       // The rest of the file is not read; it stays open to the end of the run.

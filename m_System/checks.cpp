@@ -54,10 +54,9 @@ using Repetitions = std::unordered_map<std::int32_t, std::int32_t>;
 
 // One report for each earlier element of the same name.
 void check_repeated_name(const NameIndex& names, std::int32_t i, Repetitions& repetitions) {
-  if (names.last.empty()) return;
-  const ElementName& name = system_logic.name.at(i);
-  const std::int32_t first = first_of_name(names, name);
+  const std::int32_t first = first_of_same_name(names, i);
   if (first == i) return;
+  const ElementName& name = system_logic.name.at(i);
   const std::int32_t earlier = ++repetitions[first];
   for (std::int32_t report = 1; report <= earlier; ++report) {
     report_names("Y04", name);
@@ -215,17 +214,15 @@ std::int32_t CheckDuplicateData(char kind, std::string_view file_name, int unit)
 }
 
 std::int32_t CheckDuplicateData(char kind, std::string_view file_name, RecordSearch& search) {
-  constexpr std::size_t line_width = 200;
   const NameIndex& names = element_names();
   LineNotes notes;
+  expect_records(notes, kind);
   std::int32_t level = 0;
+  runtime::LineReader reader(search.unit, companion_line_width);
   std::string_view line;
-  runtime::LineReader reader(search.unit, line_width);
-  runtime::RecordPosition position = reader.position();
   while (reader.next(line)) {
     const std::int32_t i = first_of_name(names, columns<4, 8>(line));
-    note_line(notes, search.mark_of, line, i, position);
-    position = reader.position();
+    note_line(notes, search.mark_of, line, i, reader);
     if (i != 0 && value_class(kind, line) == 'R') level = note_value(file_name, i, level);
   }
   runtime::rewind(search.unit);

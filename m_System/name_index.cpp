@@ -115,6 +115,10 @@ std::int32_t last_of_name(const NameIndex& index, const ElementName& name) {
   return found == index.last.end() ? first : found->second;
 }
 
+std::int32_t first_of_same_name(const NameIndex& index, std::int32_t i) {
+  return index.last.empty() ? i : first_of_name(index, system_logic.name.at(i));
+}
+
 const NameIndex& element_names() {
   if (!current_index) current_index = index_names(system_logic);
   return *current_index;

@@ -33,6 +33,8 @@ NameIndex index_names(const SystemLogic& logic);
 /// the system logic as it stands.
 std::int32_t first_of_name(const NameIndex& index, const ElementName& name);
 std::int32_t last_of_name(const NameIndex& index, const ElementName& name);
+/// The first element that bears the name of element i (1 .. N).
+std::int32_t first_of_same_name(const NameIndex& index, std::int32_t i);
 
 /// The index of the table as it stands; built at the first call after the table was filled.
 const NameIndex& element_names();

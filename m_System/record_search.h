@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "blocks.h"
 #include "m_System.h"
 #include "units.h"
 
@@ -18,32 +19,37 @@ using LineMark = std::int32_t (*)(std::string_view line);
 /// What is noted of a companion file while it is read through: the lines that bear an element's name and the
 /// marked lines, in file order.
 struct LineNotes {
-  struct ElementLine {
-    std::int32_t element = 0;
-    runtime::RecordPosition position;
-  };
+  template <class T>
+  using List = std::vector<T, runtime::BlockAllocator<T>>;
   struct MarkedLine {
     runtime::RecordPosition position;
     std::int32_t mark = 0;
   };
-  std::vector<ElementLine> records;
+  List<std::int32_t> elements;
+  List<runtime::RecordPlace> records;  ///< of the element at the same place in `elements`
   std::vector<MarkedLine> marked;
 };
 
-/// Takes a line into the notes; `element` is the one whose name stands in its columns 4-8, 0 when there is
-/// none.
+/// Makes room for the records that a sound file has for the elements of that type.
+void expect_records(LineNotes& notes, char kind);
+
+/// Takes the line that was read last into the notes; `element` is the one whose name stands in its columns
+/// 4-8, 0 when there is none.
 void note_line(LineNotes& notes, LineMark mark_of, std::string_view line, std::int32_t element,
-               runtime::RecordPosition position);
+               const runtime::LineReader& reader);
 
 /// The same by element, so that no search reads the file again.
 struct RecordIndex {
-  std::vector<std::uint32_t> begin;              ///< by element: where its records begin in `records`
-  std::vector<runtime::RecordPosition> records;  ///< by element, in file order
-  std::vector<LineNotes::MarkedLine> marked;     ///< in file order
+  LineNotes::List<std::uint32_t> begin;           ///< by element: where its records begin in `records`
+  LineNotes::List<runtime::RecordPlace> records;  ///< by element, in file order
+  std::vector<LineNotes::MarkedLine> marked;      ///< in file order
 };
 
 /// Sorts the notes of a whole file by element.
 RecordIndex index_of(LineNotes&& notes);
+
+/// A companion file is read with this width.
+inline constexpr std::size_t companion_line_width = 500;
 
 /// The search for the elements' records in an open companion file.
 struct RecordSearch {
@@ -67,14 +73,14 @@ std::int32_t CheckDuplicateData(char kind, std::string_view file_name, RecordSea
 /// What a search found.
 struct FoundRecord {
   bool found = false;
-  std::string_view line;       ///< cut at 500 characters, without its line end
+  std::string_view line;       ///< cut at `companion_line_width`, without its line end
   std::int32_t last_mark = 0;  ///< of the last marked line among the lines read; 0 when there was none
 };
 
-/// Finds the next line from the unit's place on whose columns 4-8 hold the name; at the end of the file it
-/// goes on once from the beginning. The unit then stands behind the found line. Without such a line nothing
-/// is found, and the marks are those of all lines up to the second end of the file.
+/// Finds the next line from the unit's place on whose columns 4-8 hold the name of element i (1 .. N); at the
+/// end of the file it goes on once from the beginning. The unit then stands behind the found line. Without
+/// such a line nothing is found, and the marks are those of all lines up to the second end of the file.
 /// All is as if the lines were read one after the other; the index spares the reading.
-FoundRecord find_record(RecordSearch& search, const ElementName& name);
+FoundRecord find_record(RecordSearch& search, std::int32_t i);
 
 }  // namespace m_System

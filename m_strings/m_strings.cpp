@@ -126,7 +126,7 @@ bool may_hold_oem_umlaut(std::string_view text) {
 }
 
 void scan_for_oem_umlauts(int unit) {
-  if (!may_hold_oem_umlaut(runtime::unread_text(unit))) return;
+  if (runtime::is_ascii(unit) || !may_hold_oem_umlaut(runtime::unread_text(unit))) return;
   std::string_view line;
   while (runtime::read_line(unit, oem_line_width, line) == runtime::ReadStatus::good) {
     if (any_oem_umlaut(line)) return;

@@ -12,38 +12,13 @@
 #include "host.h"
 #include "output_buffer.h"
 #include "paths.h"
+#include "records.h"
 #include "stop.h"
 #include "write_record.h"
 
 namespace runtime {
 
 using namespace literals;
-
-namespace {
-
-// The next place of a line-end character, kept until the reading has passed it: a file that never uses
-// that character is searched for it once and not once a line.
-struct NextCharacter {
-  std::size_t searched_from = 1;
-  std::size_t place = 0;  // the end of the data when there is none
-
-  std::size_t find(const char* data, std::size_t size, std::size_t from, char wanted) {
-    if (from < searched_from || from > place) {
-      searched_from = from;
-      const void* hit = from < size ? std::memchr(data + from, wanted, size - from) : nullptr;
-      place = hit == nullptr ? size : static_cast<std::size_t>(static_cast<const char*>(hit) - data);
-    }
-    return place;
-  }
-};
-
-using FileMemory = std::unique_ptr<char[], ReleaseBlock>;
-
-FileMemory file_memory(std::size_t bytes) {
-  return FileMemory(static_cast<char*>(allocate_block(bytes)));
-}
-
-}  // namespace
 
 struct Connection {
   std::string path;
@@ -53,13 +28,8 @@ struct Connection {
   std::error_code write_refused;
 
   // The whole file, from the first read on.
-  FileMemory data;
-  std::size_t size = 0;
-  std::size_t next_record = 0;
+  Records records;
   bool loaded = false;
-  bool past_end = false;
-  NextCharacter line_feed;
-  NextCharacter carriage_return;
 
   bool writing = false;
   bool inside_record = false;
@@ -205,70 +175,64 @@ bool connect_unit(int unit, std::string_view text, OpenStatus status, std::error
 
 // Reading.
 
-bool grow(Connection& connection, std::size_t& capacity) {
-  const std::size_t larger = capacity * 2;
+struct FileText {
+  FileMemory data;
+  std::size_t capacity = 0;
+  std::size_t size = 0;
+  TextBytes bytes;
+};
+
+FileMemory file_memory(std::size_t bytes) {
+  return FileMemory(static_cast<char*>(allocate_block(bytes)));
+}
+
+bool grow(FileText& text) {
+  const std::size_t larger = text.capacity * 2;
   FileMemory data = file_memory(larger);
   if (!data) return false;
-  std::memcpy(data.get(), connection.data.get(), connection.size);
-  connection.data = std::move(data);
-  capacity = larger;
+  std::memcpy(data.get(), text.data.get(), text.size);
+  text.data = std::move(data);
+  text.capacity = larger;
   return true;
 }
 
-bool read_whole(Connection& connection, std::error_code& reason) {
+bool read_whole(Connection& connection, FileText& text, std::error_code& reason) {
+  // What was read is looked at while the processor still has it at hand.
+  constexpr std::size_t read_block = std::size_t{1} << 18U;
   // One byte more than the file holds, so that its end is met without growing.
-  std::size_t capacity = static_cast<std::size_t>(connection.facts.size) + 1;
-  connection.data = file_memory(capacity);
-  connection.size = 0;
+  text.capacity = static_cast<std::size_t>(connection.facts.size) + 1;
+  text.data = file_memory(text.capacity);
   reason = reason_of(std::errc::not_enough_memory);
-  if (!connection.data) return false;
+  if (!text.data) return false;
   while (true) {
-    if (connection.size == capacity && !grow(connection, capacity)) return false;
-    const std::ptrdiff_t got = host().read(connection.handle, connection.data.get() + connection.size,
-                                           capacity - connection.size, reason);
+    if (text.size == text.capacity && !grow(text)) return false;
+    char* const place = text.data.get() + text.size;
+    const std::size_t asked = std::min(text.capacity - text.size, read_block);
+    const std::ptrdiff_t got = host().read(connection.handle, place, asked, reason);
     if (got < 0) return false;
     if (got == 0) return true;
-    connection.size += static_cast<std::size_t>(got);
+    note_bytes(text.bytes, {place, static_cast<std::size_t>(got)});
+    text.size += static_cast<std::size_t>(got);
   }
 }
 
 void load(Connection& connection) {
   if (connection.loaded) return;
   std::error_code reason;
+  FileText text;
   const bool at_start = connection.facts.kind != FileKind::file || host().seek(connection.handle, 0, reason);
   if (!at_start || !host().facts(connection.handle, connection.facts, reason) ||
-      !read_whole(connection, reason)) {
+      !read_whole(connection, text, reason)) {
     stop_on_io_error("Lesen", connection.path, reason);
   }
-  connection.line_feed = {};
-  connection.carriage_return = {};
+  connection.records.take(std::move(text.data), text.size, text.bytes);
   connection.loaded = true;
 }
 
-// The record at `next_record`; moves behind its line end.
-std::string_view cut_record(Connection& connection) {
-  const char* data = connection.data.get();
-  const std::size_t begin = connection.next_record;
-  const std::size_t feed = connection.line_feed.find(data, connection.size, begin, '\n');
-  const std::size_t carriage = connection.carriage_return.find(data, connection.size, begin, '\r');
-  const std::size_t end = std::min(feed, carriage);
-  std::size_t next = std::min(end + 1, connection.size);
-  if (carriage < feed && feed == carriage + 1) next = feed == connection.size ? feed : feed + 1;
-  connection.next_record = next;
-  return {data + begin, end - begin};
-}
-
-std::size_t start_of_previous_record(const char* data, std::size_t place) {
-  if (place == 0) return 0;
-  std::size_t end = place;
-  if (data[end - 1] == '\n') {
-    --end;
-    if (end > 0 && data[end - 1] == '\r') --end;
-  } else if (data[end - 1] == '\r') {
-    --end;
-  }
-  while (end > 0 && data[end - 1] != '\n' && data[end - 1] != '\r') --end;
-  return end;
+// The records to read on from; a unit that is being written is at its end.
+Records& readable(Connection& connection) {
+  if (!connection.writing) load(connection);
+  return connection.records;
 }
 
 // Writing.
@@ -302,25 +266,20 @@ void end_open_record(Connection& connection) {
   connection.inside_record = false;
 }
 
-bool ends_with_line_end(const Connection& connection) {
-  const char last = connection.data[connection.next_record - 1];
-  return last == '\n' || last == '\r';
-}
-
 // What follows the current record in the file is gone with the first write.
 void begin_writing(Connection& connection) {
   if (connection.writing) return;
   std::error_code reason = connection.write_refused;
   bool ready = !reason;
   if (ready && connection.facts.kind == FileKind::file) {
-    const std::size_t kept = connection.next_record;
+    const std::size_t kept = connection.records.position().byte;
     ready = host().facts(connection.handle, connection.facts, reason) &&
             (connection.facts.size <= kept || host().truncate(connection.handle, kept, reason)) &&
             host().seek(connection.handle, kept, reason);
-    if (kept > 0 && !ends_with_line_end(connection)) connection.pending += connection.line_end;
+    if (kept > 0 && !connection.records.ends_with_line_end()) connection.pending += connection.line_end;
   }
   if (!ready) stop_on_io_error("Schreiben", connection.path, reason);
-  connection.data.reset();
+  connection.records.drop();
   connection.loaded = false;
   connection.writing = true;
 }
@@ -335,7 +294,7 @@ void end_writing(Connection& connection) {
 Connection& writable(int unit) {
   Connection& connection = connected(unit, "Schreiben");
   begin_writing(connection);
-  connection.past_end = false;
+  connection.records.forget_end();
   return connection;
 }
 
@@ -451,73 +410,28 @@ bool is_folder(std::string_view path) {
   return host().kind_of(path_of_existing(path)) == FileKind::folder;
 }
 
-namespace {
-
-void go_to_record(Connection& connection, RecordPosition position) {
-  end_writing(connection);
-  load(connection);
-  connection.next_record = std::min(position.byte, connection.size);
-  connection.past_end = false;
-}
-
-bool next_record(Connection& connection, std::size_t width, std::string_view& record) {
-  if (!connection.writing) load(connection);
-  if (connection.writing || connection.next_record >= connection.size) {
-    connection.past_end = true;
-    return false;
-  }
-  record = cut_record(connection).substr(0, width);
-  return true;
-}
-
-}  // namespace
-
 ReadStatus read_line(int unit, std::size_t width, std::string_view& record) {
-  const bool read = next_record(connected(unit, "Lesen"), width, record);
-  return read ? ReadStatus::good : ReadStatus::end_of_file;
+  std::string_view whole;
+  if (!readable(connected(unit, "Lesen")).next(whole)) return ReadStatus::end_of_file;
+  record = whole.substr(0, width);
+  return ReadStatus::good;
 }
 
-LineReader::LineReader(int unit, std::size_t width) : connection_(&connected(unit, "Lesen")), width_(width) {}
-
-bool LineReader::next(std::string_view& record) {
-  return next_record(*connection_, width_, record);
-}
-
-RecordPosition LineReader::position() const {
-  return {connection_->next_record};
-}
-
-void LineReader::go_to(RecordPosition position) {
-  go_to_record(*connection_, position);
-}
-
-void LineReader::announce(RecordPosition position) const {
-  // The record and the one below it, which often belongs to it.
-  constexpr std::size_t cache_line = 64;
-  if (connection_->loaded && position.byte + cache_line < connection_->size) {
-    __builtin_prefetch(connection_->data.get() + position.byte);
-    __builtin_prefetch(connection_->data.get() + position.byte + cache_line);
-  }
-}
+LineReader::LineReader(int unit, std::size_t width)
+    : records_(&readable(connected(unit, "Lesen"))), width_(width) {}
 
 std::string_view unread_text(int unit) {
-  Connection& connection = connected(unit, "Lesen");
-  if (connection.writing) return {};
-  load(connection);
-  return {connection.data.get() + connection.next_record, connection.size - connection.next_record};
+  return readable(connected(unit, "Lesen")).rest();
 }
 
-ReadStatus read(int unit, const Format& format, std::initializer_list<Target> targets) {
-  std::string_view record;
-  const ReadStatus status = read_line(unit, std::string_view::npos, record);
-  return status == ReadStatus::good ? read_fields(record, format, targets) : status;
+bool is_ascii(int unit) {
+  return !readable(connected(unit, "Lesen")).bytes().above_ascii;
 }
 
 void rewind(int unit) {
   Connection& connection = connected(unit, "Zurückspulen"_w1252);
   end_writing(connection);
-  connection.next_record = 0;
-  connection.past_end = false;
+  connection.records.rewind();
 }
 
 void backspace(int unit) {
@@ -525,19 +439,8 @@ void backspace(int unit) {
   const bool at_end = connection.writing;
   end_writing(connection);
   load(connection);
-  if (at_end) connection.next_record = connection.size;
-  if (!connection.past_end) {
-    connection.next_record = start_of_previous_record(connection.data.get(), connection.next_record);
-  }
-  connection.past_end = false;
-}
-
-RecordPosition position(int unit) {
-  return {connected(unit, "Lesen").next_record};
-}
-
-void set_position(int unit, RecordPosition position) {
-  go_to_record(connected(unit, "Lesen"), position);
+  if (at_end) connection.records.go_to_end();
+  connection.records.backspace();
 }
 
 namespace detail {

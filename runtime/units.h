@@ -10,6 +10,7 @@
 
 #include "edit_output.h"
 #include "format.h"
+#include "records.h"
 
 // Numbered I/O units with records, in the manner of the suite's language (ISO/IEC 1539-1, "Input/output
 // statements"). A unit is a number with a connected file. Units 5 and 6 are standard input and output.
@@ -64,41 +65,50 @@ bool is_regular_output(std::string_view path);
 /// Whether a folder stands there.
 bool is_folder(std::string_view path);
 
-/// A place between two records of a unit's file: the byte at which the next record begins (0-based).
-struct RecordPosition {
-  std::size_t byte = 0;
-  // NOLINTNEXTLINE(modernize-use-nullptr): the check takes the zero in a defaulted comparison for a pointer
-  friend auto operator<=>(const RecordPosition&, const RecordPosition&) = default;
-};
 /// Reads the next record with "(a)" into a text of `width` characters: `record` becomes the record without
 /// its line end, cut at `width`; it is not padded, columns past its end count as blanks. At the end of the
 /// file `record` stays as it was. The view stays valid until the unit is closed or written to.
 ReadStatus read_line(int unit, std::size_t width, std::string_view& record);
-
-struct Connection;
 
 /// The same for reading one line after the other: what a unit is connected to is looked up once. The unit
 /// must stay connected and must not be written meanwhile.
 class LineReader {
  public:
   LineReader(int unit, std::size_t width);
+
   /// Reads the next record, cut at the width; false at the end of the file.
-  bool next(std::string_view& record);
+  bool next(std::string_view& record) {
+    if (!records_->next(last_)) return false;
+    record = last_.substr(0, width_);
+    return true;
+  }
+  /// Where the record stands that was read last.
+  [[nodiscard]] RecordPlace place() const { return records_->place_of(last_); }
+  /// Reads the record at a place that `place` gave for the same file; false when there is none.
+  bool read_at(RecordPlace place, std::string_view& record) {
+    if (!records_->at(place, last_)) return false;
+    record = last_.substr(0, width_);
+    return true;
+  }
+
   /// Where the next record begins.
-  [[nodiscard]] RecordPosition position() const;
+  [[nodiscard]] RecordPosition position() const { return records_->position(); }
   /// Goes to a place that `position` gave for the same file.
-  void go_to(RecordPosition position);
+  void go_to(RecordPosition position) { records_->go_to(position); }
   /// Says that the record at that place will be read soon. Changes nothing but the time.
-  void announce(RecordPosition position) const;
+  void announce(RecordPlace place) const { records_->announce(place.position()); }
 
  private:
-  Connection* connection_;
+  Records* records_;
   std::size_t width_;
+  std::string_view last_;
 };
 
 /// The records from the current one to the end of the file, line ends included, without reading on. Empty on
 /// a unit that is being written.
 std::string_view unread_text(int unit);
+/// Whether no byte of the unit's file lies above 127; true for a unit that is being written.
+bool is_ascii(int unit);
 
 /// Where one value of a formatted read goes.
 class Target {
@@ -124,19 +134,12 @@ class Target {
 /// Edits one record's text with a format of skips, tabs and fields; columns past its end are blanks. A
 /// number beyond the range of its variable is a bad value, as is a field of the wrong kind.
 ReadStatus read_fields(std::string_view record, const Format& format, std::initializer_list<Target> targets);
-/// Reads the next record with a format.
-ReadStatus read(int unit, const Format& format, std::initializer_list<Target> targets);
 
 /// Goes back before the first record.
 void rewind(int unit);
 /// Goes back before the record that was read last; after a read that met the end of the file, before that
 /// end.
 void backspace(int unit);
-
-/// Where the next record begins.
-RecordPosition position(int unit);
-/// Goes to a place that `position` gave for the same file.
-void set_position(int unit, RecordPosition position);
 
 /// Writes the values in the given format as one or more records after the current one; what followed it in
 /// the file is gone.

@@ -15,6 +15,9 @@
 // other; here the compiler does that, and the bytes are the same.
 
 namespace runtime {
+
+struct Connection;
+
 namespace detail {
 
 /// Room for a record behind what the unit holds already.

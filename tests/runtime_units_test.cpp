@@ -116,10 +116,10 @@ TEST_F(Units, ALineReaderReadsAsTheUnitDoes) {
   open_with("a long one\nb\n");
   runtime::LineReader reader(kUnit, 4);
   std::string_view record;
-  EXPECT_EQ(reader.position(), runtime::position(kUnit));
+  EXPECT_EQ(reader.position().byte, 0U);
   ASSERT_TRUE(reader.next(record));
   EXPECT_EQ(record, "a lo");
-  EXPECT_EQ(reader.position(), runtime::position(kUnit));
+  EXPECT_EQ(reader.position().byte, 11U);
   EXPECT_EQ(next_record(), "b");
   EXPECT_FALSE(reader.next(record));
   EXPECT_EQ(record, "a lo");
@@ -198,18 +198,82 @@ TEST_F(Units, CutRandomBytesAsThePlainWayDoes) {
 
 TEST_F(Units, PositionsBringRecordsBack) {
   open_with("a\r\nb\rc\nd");
-  std::vector<runtime::RecordPosition> places;
-  for (int i = 0; i < 4; ++i) {
-    places.push_back(runtime::position(kUnit));
-    next_record();
-  }
-  EXPECT_EQ(next_record(), "<end>");
+  runtime::LineReader reader(kUnit, kWhole);
+  std::string_view record;
+  std::vector<runtime::RecordPosition> positions;
+  do {
+    positions.push_back(reader.position());
+  } while (reader.next(record));
+  ASSERT_EQ(positions.size(), 5U);
   for (std::size_t i = 4; i > 0; --i) {
-    runtime::set_position(kUnit, places[i - 1]);
+    reader.go_to(positions[i - 1]);
     EXPECT_EQ(next_record(), std::string(1, "abcd"[i - 1]));
   }
-  runtime::set_position(kUnit, {1000});
+  reader.go_to({1000});
   EXPECT_EQ(next_record(), "<end>");
+}
+
+TEST_F(Units, PlacesBringRecordsBackWithWhatFollows) {
+  const std::string very_long(20000, 'x');
+  for (const std::string& end : {std::string("\n"), std::string("\r\n"), std::string("\r")}) {
+    open_with("a" + end + end + very_long + end + "bcd" + end + "last");
+    runtime::LineReader reader(kUnit, 3);
+    const std::vector<std::string> records = {"a", "", "xxx", "bcd", "las"};
+    std::string_view record;
+    std::vector<runtime::RecordPlace> places;
+    std::vector<runtime::RecordPosition> behind;
+    while (reader.next(record)) {
+      EXPECT_EQ(record, records.at(places.size()));
+      places.push_back(reader.place());
+      behind.push_back(reader.position());
+    }
+    ASSERT_EQ(places.size(), records.size());
+    for (std::size_t i = records.size(); i-- > 0;) {
+      ASSERT_TRUE(reader.read_at(places[i], record));
+      EXPECT_EQ(record, records[i]);
+      EXPECT_EQ(reader.position(), behind[i]);
+      EXPECT_EQ(next_record().substr(0, 3), i + 1 < records.size() ? records[i + 1] : "<en");
+    }
+    runtime::close(kUnit);
+  }
+}
+
+TEST_F(Units, APlaceBehindTheEndHasNoRecord) {
+  open_with("a\nb\n");
+  runtime::LineReader reader(kUnit, kWhole);
+  std::string_view record = "before";
+  EXPECT_FALSE(reader.read_at(runtime::RecordPlace(100, 5, 106), record));
+  EXPECT_EQ(record, "before");
+  ASSERT_TRUE(reader.read_at(runtime::RecordPlace(2, 50, 53), record));
+  EXPECT_EQ(record, "b");
+}
+
+TEST_F(Units, BytesAboveAsciiAreSeenInEveryPlace) {
+  for (const std::size_t size : {1U, 15U, 33U, 300000U, 600001U}) {
+    for (const std::size_t place : {std::size_t{0}, size / 2, size - 1}) {
+      std::string bytes(size, 'a');
+      open_with(bytes);
+      EXPECT_TRUE(runtime::is_ascii(kUnit));
+      runtime::close(kUnit);
+      bytes[place] = '\x80';
+      open_with(bytes);
+      EXPECT_FALSE(runtime::is_ascii(kUnit)) << place << " of " << size;
+      runtime::close(kUnit);
+    }
+  }
+}
+
+TEST_F(Units, ALoneCarriageReturnIsSeenInEveryPlace) {
+  for (const std::size_t size : {3U, 33U, 300000U, 600001U}) {
+    for (const std::size_t place : {std::size_t{1}, size / 2, size - 2}) {
+      std::string bytes(size, 'a');
+      bytes[place] = '\r';
+      open_with(bytes);
+      EXPECT_EQ(next_record().size(), place) << size;
+      EXPECT_EQ(next_record().size(), size - place - 1) << size;
+      runtime::close(kUnit);
+    }
+  }
 }
 
 TEST_F(Units, UnreadTextIsTheRestWithItsLineEnds) {
@@ -226,15 +290,11 @@ TEST_F(Units, UnreadTextIsTheRestWithItsLineEnds) {
 TEST_F(Units, EndOfFileLeavesTheReceiverAsItWas) {
   open_with("1\n");
   std::string_view record = "before";
-  std::int32_t whole = 7;
-  EXPECT_EQ(runtime::read(kUnit, runtime::format<"(i1)">, {whole}), ReadStatus::good);
-  EXPECT_EQ(whole, 1);
+  next_record();
   for (int i = 0; i < 3; ++i) {
     EXPECT_EQ(runtime::read_line(kUnit, kWhole, record), ReadStatus::end_of_file);
-    EXPECT_EQ(runtime::read(kUnit, runtime::format<"(i1)">, {whole}), ReadStatus::end_of_file);
   }
   EXPECT_EQ(record, "before");
-  EXPECT_EQ(whole, 1);
 }
 
 TEST_F(Units, BackspaceAfterTheEndGoesBeforeTheEnd) {
@@ -266,26 +326,6 @@ TEST_F(Units, RewindMakesReadingPossibleAgain) {
   rest_of();
   runtime::rewind(kUnit);
   EXPECT_EQ(rest_of(), Records{"a"});
-}
-
-TEST_F(Units, FormattedReadTakesOneRecord) {
-  open_with("  12.5\nx\n");
-  float value = 0;
-  std::array<char, 3> text{};
-  EXPECT_EQ(runtime::read(kUnit, runtime::format<"(f6.0)">, {value}), ReadStatus::good);
-  EXPECT_EQ(value, 12.5F);
-  EXPECT_EQ(runtime::read(kUnit, runtime::format<"(a)">, {runtime::Target(std::span<char>(text))}),
-            ReadStatus::good);
-  EXPECT_EQ(std::string(text.data(), 3), "x  ");
-}
-
-TEST_F(Units, ABadValueStillTakesTheRecord) {
-  open_with("x\n2\n");
-  std::int32_t whole = 7;
-  EXPECT_EQ(runtime::read(kUnit, runtime::format<"(i1)">, {whole}), ReadStatus::bad_value);
-  EXPECT_EQ(whole, 7);
-  EXPECT_EQ(runtime::read(kUnit, runtime::format<"(i1)">, {whole}), ReadStatus::good);
-  EXPECT_EQ(whole, 2);
 }
 
 // Opening.
@@ -512,14 +552,6 @@ TEST_F(Units, ARewoundUnitLosesWhatItWroteBefore) {
   runtime::write_line(kUnit, "new");
   runtime::close(kUnit);
   EXPECT_EQ(read_bytes(file("new")), "new\n");
-}
-
-TEST_F(Units, APositionEndsTheWriting) {
-  runtime::open(kUnit, file("new"), OpenStatus::fresh);
-  runtime::write_line(kUnit, "a");
-  runtime::write_line(kUnit, "b");
-  runtime::set_position(kUnit, {2});
-  EXPECT_EQ(rest_of(), Records{"b"});
 }
 
 TEST_F(Units, FlushHandsOverWhatIsWritten) {
