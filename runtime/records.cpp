@@ -1,6 +1,5 @@
 #include "records.h"
 
-#include <array>
 #include <utility>
 
 namespace runtime {
@@ -13,15 +12,11 @@ constexpr bool is_line_end(char character) {
 }  // namespace
 
 void note_bytes(TextBytes& bytes, std::string_view part) {
-  // Without a branch, so that many bytes are looked at side by side.
-  unsigned seen = 0;
-  bool carriage_returns = false;
-  for (const char character : part) {
-    seen |= static_cast<unsigned char>(character);
-    carriage_returns |= character == '\r';
-  }
-  bytes.above_ascii |= (seen & 0x80U) != 0;
-  bytes.carriage_returns |= carriage_returns;
+  // In single bytes and without a branch, so that many are looked at side by side.
+  unsigned char seen = 0;
+  for (const char character : part) seen |= static_cast<unsigned char>(character);
+  bytes.above_ascii |= seen > 127;
+  bytes.carriage_returns |= std::memchr(part.data(), '\r', part.size()) != nullptr;
 }
 
 void Records::take(FileMemory data, std::size_t size, TextBytes bytes) {
