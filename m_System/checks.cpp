@@ -3,6 +3,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "element_types.h"
 #include "fixed_text.h"
 #include "m_ScrenixQt.h"
 #include "m_System.h"
@@ -36,16 +37,20 @@ void report_names(std::string_view code, const ElementName& first, const Element
 
 // Formal stage: each element's own fields.
 
+bool is_blank_or_type(const ElementName& name) {
+  return name.first() == ' ' || is_element_type(name.first());
+}
+
 void check_letters(std::int32_t i) {
   const SystemLogic& logic = system_logic;
-  if (!one_of(logic.type.at(i), "NKETVBP")) report_names("Y01", logic.name.at(i));
+  if (!is_element_type(logic.type.at(i))) report_names("Y01", logic.name.at(i));
   for (std::int32_t k = 1; k <= inflow_slots; ++k) {
     const ElementName& inflow = logic.inflow_name.at(i).at(k);
-    if (!one_of(inflow.first(), " NKETVBP")) report_names("Y02", inflow);
+    if (!is_blank_or_type(inflow)) report_names("Y02", inflow);
   }
   for (std::int32_t k = 1; k <= outflow_slots; ++k) {
     const ElementName& outflow = logic.outflow_name.at(i).at(k);
-    if (!one_of(outflow.first(), " NKETVBP")) report_names("Y03", outflow);
+    if (!is_blank_or_type(outflow)) report_names("Y03", outflow);
   }
 }
 

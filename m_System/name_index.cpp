@@ -68,15 +68,6 @@ void allocate_cells(NameIndex& index, const SystemLogic& logic) {
     throw std::bad_alloc();
 }
 
-// The cell of a name, from 1; behind the last cell when it has a foreign character.
-std::uint64_t direct_cell(const NameIndex& index, const ElementName& name) {
-  std::uint64_t cell = 1;
-  for (std::size_t place = 0; place < NameIndex::name_length; ++place) {
-    cell += index.weight[place][static_cast<unsigned char>(name.bytes[place])];
-  }
-  return cell;
-}
-
 std::int32_t cell_of(const NameIndex& index, const ElementName& name) {
   return index.direct ? static_cast<std::int32_t>(direct_cell(index, name)) : hashed_cell(index, name);
 }
@@ -99,24 +90,20 @@ NameIndex index_names(const SystemLogic& logic) {
   return index;
 }
 
-std::int32_t first_of_name(const NameIndex& index, const ElementName& name) {
-  if (index.cells.size() == 0) return 0;
-  if (!index.direct) return index.cells.at(hashed_cell(index, name));
-  const std::uint64_t cell = direct_cell(index, name);
-  return cell <= static_cast<std::uint64_t>(index.cells.size())
-             ? index.cells.at(static_cast<std::int32_t>(cell))
-             : 0;
+std::int32_t first_of_hashed_name(const NameIndex& index, const ElementName& name) {
+  return index.cells.size() == 0 ? 0 : index.cells.at(hashed_cell(index, name));
 }
 
-std::int32_t last_of_name(const NameIndex& index, const ElementName& name) {
-  const std::int32_t first = first_of_name(index, name);
-  if (index.last.empty()) return first;
+std::int32_t last_of_repeated_name(const NameIndex& index, std::int32_t first) {
   const auto found = index.last.find(first);
   return found == index.last.end() ? first : found->second;
 }
 
-std::int32_t first_of_same_name(const NameIndex& index, std::int32_t i) {
-  return index.last.empty() ? i : first_of_name(index, system_logic.name.at(i));
+void announce_name(const NameIndex& index, const ElementName& name) {
+  if (!index.direct) return;
+  const std::uint64_t cell = direct_cell(index, name);
+  if (cell > static_cast<std::uint64_t>(index.cells.size())) return;
+  __builtin_prefetch(&index.cells.at(static_cast<std::int32_t>(cell)));
 }
 
 const NameIndex& element_names() {

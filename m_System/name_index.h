@@ -29,12 +29,43 @@ struct NameIndex {
 /// Indexes the names at the positions 1 .. N of the table.
 NameIndex index_names(const SystemLogic& logic);
 
-/// The first or the last element of a name in system order; 0 when there is none. The index must be that of
-/// the system logic as it stands.
-std::int32_t first_of_name(const NameIndex& index, const ElementName& name);
-std::int32_t last_of_name(const NameIndex& index, const ElementName& name);
+/// The cell, from 1, of a name in a direct index; behind the last cell when it has a foreign character.
+inline std::uint64_t direct_cell(const NameIndex& index, const ElementName& name) {
+  std::uint64_t cell = 1;
+  for (std::size_t place = 0; place < NameIndex::name_length; ++place) {
+    cell += index.weight[place][static_cast<unsigned char>(name.bytes[place])];
+  }
+  return cell;
+}
+
+/// `first_of_name` in an index that hashes the names or has none.
+std::int32_t first_of_hashed_name(const NameIndex& index, const ElementName& name);
+
+/// The first element of a name in system order; 0 when there is none. The index must be that of the system
+/// logic as it stands.
+inline std::int32_t first_of_name(const NameIndex& index, const ElementName& name) {
+  if (!index.direct) return first_of_hashed_name(index, name);
+  const std::uint64_t cell = direct_cell(index, name);
+  const bool known = cell <= static_cast<std::uint64_t>(index.cells.size());
+  return known ? index.cells.at(static_cast<std::int32_t>(cell)) : 0;
+}
+
+/// The last element of the name whose first element is given.
+std::int32_t last_of_repeated_name(const NameIndex& index, std::int32_t first);
+
+/// The last element of a name; 0 when there is none.
+inline std::int32_t last_of_name(const NameIndex& index, const ElementName& name) {
+  const std::int32_t first = first_of_name(index, name);
+  return index.last.empty() ? first : last_of_repeated_name(index, first);
+}
+
 /// The first element that bears the name of element i (1 .. N).
-std::int32_t first_of_same_name(const NameIndex& index, std::int32_t i);
+inline std::int32_t first_of_same_name(const NameIndex& index, std::int32_t i) {
+  return index.last.empty() ? i : first_of_name(index, system_logic.name.at(i));
+}
+
+/// Says that a name will be looked up soon. Changes nothing but the time.
+void announce_name(const NameIndex& index, const ElementName& name);
 
 /// The index of the table as it stands; built at the first call after the table was filled.
 const NameIndex& element_names();

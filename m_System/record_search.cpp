@@ -72,7 +72,6 @@ FoundRecord search_index(const RecordIndex& index, runtime::LineReader& reader, 
 
 }  // namespace
 
-
 void expect_records(LineNotes& notes, char kind) {
   const SystemLogic& logic = system_logic;
   std::size_t records = 0;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "blocks.h"
+#include "element_types.h"
 #include "fixed_text.h"
 #include "m_System.h"
 #include "m_WLM_error.h"
@@ -22,15 +23,8 @@ using runtime::columns;
 constexpr std::size_t line_width = 100;
 constexpr std::size_t name_column = 36;
 
-constexpr std::array<bool, 256> element_types = [] {
-  std::array<bool, 256> types{};
-  for (const char letter : {'N', 'K', 'E', 'T', 'V', 'B', 'P'})
-    types[static_cast<unsigned char>(letter)] = true;
-  return types;
-}();
-
 bool holds_type(std::string_view line, std::size_t column) {
-  return line.size() >= column && element_types[static_cast<unsigned char>(line[column - 1])];
+  return line.size() >= column && is_element_type(line[column - 1]);
 }
 
 // Each span begins in the first column of a link field.
