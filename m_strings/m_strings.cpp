@@ -89,15 +89,25 @@ Mantissa mantissa_at(std::string_view text, std::size_t first_digit) {
   return mantissa;
 }
 
-float value_of(const Mantissa& mantissa) {
-  float sum = 0.0F;
-  auto power = static_cast<std::int32_t>(mantissa.whole.size());
-  for (const char digit : mantissa.whole) sum += digit_value(digit) * power_of_ten(--power);
-  std::int32_t place = 0;
-  for (const char digit : mantissa.fraction) {
-    ++place;
-    sum += digit_value(digit) * (place == 1 ? 0.1F : power_of_ten(-place));
+// So many digits are summed up exactly in single precision, in whatever order.
+constexpr std::size_t exact_digits = 7;
+
+float whole_value(std::string_view digits) {
+  if (digits.size() <= exact_digits) {
+    std::int32_t value = 0;
+    for (const char digit : digits) value = 10 * value + (digit - '0');
+    return static_cast<float>(value);
   }
+  float sum = 0.0F;
+  auto power = static_cast<std::int32_t>(digits.size());
+  for (const char digit : digits) sum += digit_value(digit) * power_of_ten(--power);
+  return sum;
+}
+
+float value_of(const Mantissa& mantissa) {
+  float sum = whole_value(mantissa.whole);
+  std::int32_t power = 0;
+  for (const char digit : mantissa.fraction) sum += digit_value(digit) * power_of_ten(--power);
   return sum * mantissa.sign;
 }
 
@@ -146,17 +156,16 @@ void ToUpper(std::span<char> text) {
 }
 
 char ClassifyField(std::string_view text, char decimal) {
-  std::string_view rest = runtime::trimmed(text);
-  if (rest.empty()) return 'B';
-  rest.remove_prefix(rest.find_first_not_of(' '));
-  if (rest.front() == '+' || rest.front() == '-') rest.remove_prefix(1);
+  const char* character = text.data();
+  const char* const end = character + runtime::trimmed_length(text);
+  while (character != end && *character == ' ') ++character;
+  if (character == end) return 'B';
+  if (*character == '+' || *character == '-') ++character;
   bool decimal_seen = false;
-  for (const char character : rest) {
-    if (character == decimal && !decimal_seen) {
-      decimal_seen = true;
-    } else if (character != ' ' && !is_digit(character)) {
-      return 'C';
-    }
+  for (; character != end; ++character) {
+    if (is_digit(*character) || *character == ' ') continue;
+    if (*character != decimal || decimal_seen) return 'C';
+    decimal_seen = true;
   }
   return decimal_seen ? 'R' : 'I';
 }

@@ -102,22 +102,32 @@ RealScan scan_real(std::string_view text, std::size_t decimals) {
   return scan;
 }
 
-// Exact operands and one rounding: up to 7 digits are exact in single precision, and so is 10^10.
-constexpr std::size_t fast_digits = 7;
-constexpr std::int64_t fast_exponent = 10;
-constexpr std::array<float, fast_exponent + 1> single_powers = {1E0F, 1E1F, 1E2F, 1E3F, 1E4F, 1E5F,
-                                                                1E6F, 1E7F, 1E8F, 1E9F, 1E10F};
+// A field of blanks, a few digits and at most one point, as nearly all are, has exact operands and one
+// rounding: up to 7 digits are exact in single precision, and so is 10^10 (Clinger, How to Read Floating
+// Point Numbers Accurately, 1990).
+constexpr std::size_t plain_width = 7;
+constexpr std::size_t plain_decimals = 10;
+constexpr std::array<float, plain_decimals + 1> single_powers = {1E0F, 1E1F, 1E2F, 1E3F, 1E4F, 1E5F,
+                                                                 1E6F, 1E7F, 1E8F, 1E9F, 1E10F};
 
-bool fast_single(const RealScan& scan) {
-  return scan.digit_count <= fast_digits && scan.exponent >= -fast_exponent && scan.exponent <= fast_exponent;
-}
-
-float convert_fast(const RealScan& scan) {
+bool read_plain(std::string_view field, std::size_t decimals, float& value) {
+  if (field.size() > plain_width || decimals > plain_decimals) return false;
   std::int32_t whole = 0;
-  for (std::size_t i = 0; i < scan.digit_count; ++i) whole = whole * 10 + (scan.digits[i] - '0');
-  const auto exact = static_cast<float>(whole);
-  return scan.exponent < 0 ? exact / single_powers[static_cast<std::size_t>(-scan.exponent)]
-                           : exact * single_powers[static_cast<std::size_t>(scan.exponent)];
+  bool point = false;
+  for (const char character : field) {
+    if (character == ' ') continue;
+    if (character == '.' && !point) {
+      point = true;
+      decimals = 0;
+    } else if (character >= '0' && character <= '9') {
+      whole = whole * 10 + (character - '0');
+      decimals += point ? 1 : 0;
+    } else {
+      return false;
+    }
+  }
+  value = static_cast<float>(whole) / single_powers[decimals];
+  return true;
 }
 
 template <class Real>
@@ -150,9 +160,10 @@ Edit edited(const RealScan& scan, Converted<Real> converted) {
 }  // namespace
 
 SingleEdit edit_single(std::string_view field, std::size_t decimals) {
+  float plain = 0.0F;
+  if (read_plain(field, decimals, plain)) return {plain, NumberState::good};
   const RealScan scan = scan_real(field, decimals);
   if (!scan.valid) return {0.0F, NumberState::bad};
-  if (fast_single(scan)) return edited<SingleEdit>(scan, Converted<float>{convert_fast(scan)});
   return edited<SingleEdit>(scan, convert<float>(scan));
 }
 
