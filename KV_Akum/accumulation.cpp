@@ -143,19 +143,20 @@ const m_System::ElementName& inflow_name(std::int32_t i, std::int32_t k) {
   return j > 0 ? system_logic.name.at(j) : none;
 }
 
-void write_reach(int unit, const Sums& sums, std::int32_t i, std::int32_t reach) {
+void write_reach(runtime::LineWriter& table, const Sums& sums, std::int32_t i, std::int32_t reach) {
   runtime::write_record<"(a,2x,f8.3,2x,a,3(f10.3,f10.3,2x),f11.3)">(
-      unit, system_logic.name.at(i), m_Gerinne::reach_tables.station_value.at_or_zero(reach),
+      table, system_logic.name.at(i), m_Gerinne::reach_tables.station_value.at_or_zero(reach),
       inflow_name(i, 1), sums.natural_direct.at(i), sums.natural_total.at(i), sums.canalised_direct.at(i),
       sums.canalised_total.at(i), sums.impervious_direct.at(i), sums.impervious_total.at(i),
       sums.natural_total.at(i) + sums.canalised_total.at(i));
   for (std::int32_t k = 2; k <= m_System::inflow_slots; ++k) {
     if (system_logic.inflow_index.at(i).at(k) == 0) continue;
-    runtime::write_record<"(5x,2x,8x,2x,a)">(unit, inflow_name(i, k));
+    runtime::write_record<"(5x,2x,8x,2x,a)">(table, inflow_name(i, k));
   }
 }
 
 void accumulate(int unit, Sums& sums) {
+  runtime::LineWriter table(unit);
   std::int32_t source = 0;
   std::int32_t reach = 0;
   for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
@@ -170,7 +171,7 @@ void accumulate(int unit, Sums& sums) {
         break;
       case 'T':
         add_inflows(sums, i);
-        write_reach(unit, sums, i, ++reach);
+        write_reach(table, sums, i, ++reach);
         break;
       default:
         add_inflows(sums, i);

@@ -144,7 +144,7 @@ void resolve_links(const LinkResolver& links, std::int32_t i) {
   }
 }
 
-void list_element(int listing, std::int32_t i) {
+void list_element(runtime::LineWriter& listing, std::int32_t i) {
   const SystemLogic& logic = system_logic;
   const auto& inflow = logic.inflow_name.at(i);
   const auto& outflow = logic.outflow_name.at(i);
@@ -157,9 +157,10 @@ void list_element(int listing, std::int32_t i) {
 
 void link_and_list_elements() {
   SystemLogic& logic = system_logic;
-  const int listing = m_files::free_unit(100);
-  runtime::open(listing, "code.pkl", runtime::OpenStatus::unknown);
-  runtime::write_line(listing, "code.pkl");
+  const int unit = m_files::free_unit(100);
+  runtime::open(unit, "code.pkl", runtime::OpenStatus::unknown);
+  runtime::write_line(unit, "code.pkl");
+  runtime::LineWriter listing(unit);
   const LinkResolver links{element_names(), last_of_name(element_names(), {})};
   for (std::int32_t i = 1; i <= logic.element_count; ++i) {
     resolve_links(links, i);

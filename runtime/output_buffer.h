@@ -46,4 +46,11 @@ class OutputBuffer {
   std::size_t capacity_ = 0;
 };
 
+/// Records on their way to a file.
+struct RecordOutput {
+  OutputBuffer pending;
+  std::string_view line_end;
+  bool inside_record = false;  ///< a text was written whose record is not ended
+};
+
 }  // namespace runtime

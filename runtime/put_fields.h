@@ -239,7 +239,8 @@ inline std::uint64_t text_of_digits(std::uint64_t digits, std::size_t shown) {
 template <std::size_t width, std::size_t minimum>
 char* put_integer(char* place, std::int32_t value) {
   if constexpr (words_hold_text && width >= 1 && width <= word_digits) {
-    if (value >= 0 && static_cast<std::uint64_t>(value) < column_limits[width]) {
+    if (value >= 0) {
+      if (static_cast<std::uint64_t>(value) >= column_limits[width]) return put_filled(place, width, '*');
       constexpr std::size_t shown = std::max<std::size_t>(minimum, 1);
       const std::uint64_t text = text_of_digits(digits_of(static_cast<std::uint32_t>(value)), shown);
       const std::uint64_t last = text >> (8 * (word_digits - width));

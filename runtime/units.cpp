@@ -32,14 +32,10 @@ struct Connection {
   bool loaded = false;
 
   bool writing = false;
-  bool inside_record = false;
-  OutputBuffer pending;
-  std::string_view line_end = host().line_end();
+  RecordOutput output{{}, host().line_end()};
 };
 
 namespace {
-
-constexpr std::size_t output_buffer = std::size_t{1} << 18U;
 
 using Connections = std::map<int, Connection>;
 
@@ -239,18 +235,18 @@ Records& readable(Connection& connection) {
 
 bool hand_over(Connection& connection, std::error_code& reason) {
   std::size_t written = 0;
-  while (written < connection.pending.size()) {
-    const std::ptrdiff_t put = host().write(connection.handle, connection.pending.data() + written,
-                                            connection.pending.size() - written, reason);
+  while (written < connection.output.pending.size()) {
+    const std::ptrdiff_t put = host().write(connection.handle, connection.output.pending.data() + written,
+                                            connection.output.pending.size() - written, reason);
     if (put <= 0) {
       // What could not be written is told once and not tried again on the way out.
-      connection.pending.clear();
-      connection.inside_record = false;
+      connection.output.pending.clear();
+      connection.output.inside_record = false;
       return false;
     }
     written += static_cast<std::size_t>(put);
   }
-  connection.pending.clear();
+  connection.output.pending.clear();
   return true;
 }
 
@@ -262,8 +258,9 @@ void hand_over_or_stop(Connection& connection) {
 }
 
 void end_open_record(Connection& connection) {
-  if (connection.inside_record && !connection.console) connection.pending += connection.line_end;
-  connection.inside_record = false;
+  if (connection.output.inside_record && !connection.console)
+    connection.output.pending += connection.output.line_end;
+  connection.output.inside_record = false;
 }
 
 // What follows the current record in the file is gone with the first write.
@@ -276,7 +273,8 @@ void begin_writing(Connection& connection) {
     ready = host().facts(connection.handle, connection.facts, reason) &&
             (connection.facts.size <= kept || host().truncate(connection.handle, kept, reason)) &&
             host().seek(connection.handle, kept, reason);
-    if (kept > 0 && !connection.records.ends_with_line_end()) connection.pending += connection.line_end;
+    if (kept > 0 && !connection.records.ends_with_line_end())
+      connection.output.pending += connection.output.line_end;
   }
   if (!ready) stop_on_io_error("Schreiben", connection.path, reason);
   connection.records.drop();
@@ -299,7 +297,7 @@ Connection& writable(int unit) {
 }
 
 void hand_over_when_full(Connection& connection) {
-  if (connection.pending.size() >= output_buffer) hand_over_or_stop(connection);
+  if (connection.output.pending.size() >= LineWriter::block) hand_over_or_stop(connection);
 }
 
 bool complete(Connection& connection, std::error_code& reason) {
@@ -443,26 +441,16 @@ void backspace(int unit) {
   connection.records.backspace();
 }
 
-namespace detail {
+LineWriter::LineWriter(int unit) : connection_(&writable(unit)), output_(&connection_->output) {}
 
-RecordRoom begin_record(int unit, std::size_t most_bytes) {
-  Connection& connection = writable(unit);
-  return {&connection, connection.pending.room(most_bytes + connection.line_end.size())};
+void LineWriter::hand_over() {
+  hand_over_or_stop(*connection_);
 }
-
-void end_record(const RecordRoom& room, char* end) {
-  for (const char character : room.connection->line_end) *end++ = character;
-  room.connection->pending.take_up_to(end);
-  room.connection->inside_record = false;
-  hand_over_when_full(*room.connection);
-}
-
-}  // namespace detail
 
 void write(int unit, const Format& format, std::span<const Value> values) {
-  const std::string_view line_end = writable(unit).line_end;
-  const detail::RecordRoom room = detail::begin_record(unit, most_bytes(format, values, line_end));
-  detail::end_record(room, put_formatted(room.place, format, values, line_end));
+  LineWriter writer(unit);
+  char* const place = writer.room(most_bytes(format, values, writer.line_end()));
+  writer.end_record(put_formatted(place, format, values, writer.line_end()));
 }
 
 void write(int unit, const Format& format, std::initializer_list<Value> values) {
@@ -471,16 +459,16 @@ void write(int unit, const Format& format, std::initializer_list<Value> values) 
 
 void write_line(int unit, std::string_view text) {
   Connection& connection = writable(unit);
-  connection.pending += text;
-  connection.pending += connection.line_end;
-  connection.inside_record = false;
+  connection.output.pending += text;
+  connection.output.pending += connection.output.line_end;
+  connection.output.inside_record = false;
   hand_over_when_full(connection);
 }
 
 void write_text(int unit, std::string_view text) {
   Connection& connection = writable(unit);
-  connection.pending += text;
-  connection.inside_record = true;
+  connection.output.pending += text;
+  connection.output.inside_record = true;
   hand_over_when_full(connection);
 }
 

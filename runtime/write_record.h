@@ -3,13 +3,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
 #include "fixed_text.h"
 #include "format.h"
+#include "output_buffer.h"
 #include "put_fields.h"
-#include "units.h"
 
 // The lines that a run writes for every element. `write` runs any format by looking at one element after the
 // other; here the compiler does that, and the bytes are the same.
@@ -18,16 +19,33 @@ namespace runtime {
 
 struct Connection;
 
-namespace detail {
+/// Writes one record after the other: what a unit is connected to is looked up once. The unit must stay
+/// connected and must not be read or gone back on meanwhile.
+class LineWriter {
+ public:
+  explicit LineWriter(int unit);
 
-/// Room for a record behind what the unit holds already.
-struct RecordRoom {
-  Connection* connection;
-  char* place;
+  /// The place of the next record, with room for so many bytes and a line end.
+  char* room(std::size_t most_bytes) { return output_->pending.room(most_bytes + output_->line_end.size()); }
+  /// Ends the record, which was written up to `end`.
+  void end_record(char* end) {
+    output_->pending.take_up_to(detail::put_bytes(end, output_->line_end));
+    output_->inside_record = false;
+    if (output_->pending.size() >= block) hand_over();
+  }
+  [[nodiscard]] std::string_view line_end() const { return output_->line_end; }
+
+  /// So many bytes are handed to the host at a time.
+  static constexpr std::size_t block = std::size_t{1} << 18U;
+
+ private:
+  void hand_over();
+
+  Connection* connection_;
+  RecordOutput* output_;
 };
-RecordRoom begin_record(int unit, std::size_t most_bytes);
-/// Ends the record at `end` with the unit's line end.
-void end_record(const RecordRoom& room, char* end);
+
+namespace detail {
 
 template <SourceText notation>
 constexpr const FormatItem& item_at(std::size_t i) {
@@ -101,22 +119,21 @@ constexpr std::size_t text_bytes(const void*) {
 
 }  // namespace detail
 
-/// Writes one record as `write(unit, format<notation>, ...)` does. The texts are fixed texts and stand with
+/// Writes one record as `write` does with that format. The texts are fixed texts and stand with
 /// all their characters, whole numbers and reals in given widths; the values must be as many as the fields.
 template <SourceText notation, class... Values>
-void write_record(int unit, const Values&... values) {
+void write_record(LineWriter& writer, const Values&... values) {
   static_assert(detail::is_one_plain_record<notation>());
   static_assert(sizeof...(Values) == format<notation>.fields());
   constexpr std::size_t most =
       format<notation>.written_columns + (detail::text_bytes(static_cast<const Values*>(nullptr)) + ... + 0);
-  const detail::RecordRoom room = detail::begin_record(unit, most);
-  char* place = room.place;
+  char* place = writer.room(most);
   const auto all = std::tie(values...);
   [&]<std::size_t... I>(std::index_sequence<I...>) {
     ((place = detail::put_element<notation, I>(place, all)), ...);
   }
   (std::make_index_sequence<detail::stored_format<notation>.items.size()>{});
-  detail::end_record(room, place);
+  writer.end_record(place);
 }
 
 }  // namespace runtime

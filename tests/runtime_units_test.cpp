@@ -102,7 +102,8 @@ TEST_F(Units, RecordsThatTheCompilerLaysOutAreTheSame) {
                        {name.view(), number, number, real, real, number});
       });
       const std::string laid_out = written(file("laid_out"), [&] {
-        runtime::write_record<"(2x,a,1x,'km ',2(i4,2x),f8.3,f11.0,i12.5,x)">(kUnit, name, number, number,
+        runtime::LineWriter writer(kUnit);
+        runtime::write_record<"(2x,a,1x,'km ',2(i4,2x),f8.3,f11.0,i12.5,x)">(writer, name, number, number,
                                                                              real, real, number);
       });
       EXPECT_EQ(laid_out, general);
