@@ -30,6 +30,7 @@ namespace fs = std::filesystem;
 constexpr double growth_mark = 11.0;
 constexpr double growth_limit_of_check = 14.0;
 constexpr double yardstick_mark = 4.0;
+constexpr double yardstick_mark_shuffled = 5.0;
 constexpr double empty_mark = 2.0;
 constexpr double budget_per_input_byte = 2.0;
 constexpr double budget_per_element = 200.0;
@@ -423,6 +424,10 @@ void check_growth(const std::vector<Measurement>& measurements, Findings& findin
 constexpr double mebibyte = 1024.0 * 1024.0;
 constexpr double milliseconds = 1000.0;
 
+double yardstick_mark_of(const Kind& kind) {
+  return kind.order == "shuffled" ? yardstick_mark_shuffled : yardstick_mark;
+}
+
 const char* beyond(double value, double mark) {
   return value > mark ? " (!)" : "";
 }
@@ -433,8 +438,8 @@ void print_row(const std::vector<Measurement>& measurements, const Measurement& 
   const double ratio = pairing.ratio_of_medians();
   std::printf("| %u | %s | %.2f | %.2f | %.2f%s | %.2f | ", measurement.elements,
               measurement.kind.label().c_str(), milliseconds * median(pairing.seconds),
-              milliseconds * median(pairing.reference_seconds), ratio, beyond(ratio, yardstick_mark),
-              median(pairing.ratios));
+              milliseconds * median(pairing.reference_seconds), ratio,
+              beyond(ratio, yardstick_mark_of(measurement.kind)), median(pairing.ratios));
   if (const Measurement* const smaller = next_smaller(measurements, measurement)) {
     const double growth = growth_per_tenfold(median(smaller->pairing.seconds), median(pairing.seconds),
                                              smaller->elements, measurement.elements);
@@ -469,12 +474,13 @@ void print_small_variant(const Pairing& pairing) {
 
 void print_marks(const Settings& settings) {
   std::printf(
-      "\nMedians of %zu repetitions, seed %s. Held to: ratio to the yardstick %.0f, growth %.0f, memory over "
+      "\nMedians of %zu repetitions, seed %s. Held to: ratio to the yardstick %.0f (shuffled %.0f), growth "
+      "%.0f, memory over "
       "an "
       "empty program %.0f x inputs + %.0f bytes an element, small variant %.0f x an empty program; (!) is "
       "beyond.\n",
-      settings.repetitions, settings.seed.c_str(), yardstick_mark, growth_mark, budget_per_input_byte,
-      budget_per_element, empty_mark);
+      settings.repetitions, settings.seed.c_str(), yardstick_mark, yardstick_mark_shuffled, growth_mark,
+      budget_per_input_byte, budget_per_element, empty_mark);
 }
 
 // ---------------------------------------------------------------------------------------------
