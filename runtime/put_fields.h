@@ -213,7 +213,7 @@ inline char* put_fixed(char* place, std::size_t width, std::size_t decimals, dou
 }
 
 // Short numbers in fields that the compiler knows: eight digits are worked out side by side in one word, its
-// lowest byte the first digit (Hacker's Delight, 2nd ed., 10-1, division by multiplication).
+// lowest byte the first digit (Hacker's Delight, 2nd ed., ch. 10: division by multiplication).
 inline constexpr bool words_hold_text = std::endian::native == std::endian::little;
 inline constexpr std::size_t word_digits = 8;
 
