@@ -60,8 +60,8 @@ TEST(Blocks, LieApartWhenALargeOneIsDivided) {
 }
 
 TEST(Blocks, AreAlsoThereWhenMoreAreLargeThanAreKept) {
-  std::vector<void*> blocks;
-  for (int i = 0; i < 100; ++i) blocks.push_back(runtime::allocate_zeroed_block(kMiB));
+  std::vector<void*> blocks(100);
+  for (void*& block : blocks) block = runtime::allocate_zeroed_block(kMiB);
   for (void* const block : blocks) {
     ASSERT_NE(block, nullptr);
     EXPECT_TRUE(all_zero(block, kMiB));
@@ -81,9 +81,9 @@ TEST(Blocks, OfMoreThanThereIsAreRefused) {
 }
 
 TEST(Blocks, HoldTheElementsOfAContainer) {
-  std::vector<int, runtime::BlockAllocator<int>> numbers;
-  for (int i = 0; i < 1000000; ++i) numbers.push_back(i);
-  for (int i = 0; i < 1000000; ++i) ASSERT_EQ(numbers[static_cast<std::size_t>(i)], i);
+  std::vector<std::size_t, runtime::BlockAllocator<std::size_t>> numbers;
+  while (numbers.size() < 1000000) numbers.push_back(numbers.size());
+  for (std::size_t i = 0; i < numbers.size(); ++i) ASSERT_EQ(numbers[i], i);
 }
 
 }  // namespace

@@ -217,7 +217,9 @@ TEST_F(Units, PositionsBringRecordsBack) {
 TEST_F(Units, PlacesBringRecordsBackWithWhatFollows) {
   const std::string very_long(20000, 'x');
   for (const std::string& end : {std::string("\n"), std::string("\r\n"), std::string("\r")}) {
-    open_with("a" + end + end + very_long + end + "bcd" + end + "last");
+    std::string bytes("a");
+    bytes.append(end).append(end).append(very_long).append(end).append("bcd").append(end).append("last");
+    open_with(bytes);
     runtime::LineReader reader(kUnit, 3);
     const std::vector<std::string> records = {"a", "", "xxx", "bcd", "las"};
     std::string_view record;
