@@ -53,14 +53,6 @@ LargeBlock* kept_block(std::size_t size) {
   return best;
 }
 
-LargeBlock* fresh_block(std::size_t size) {
-  LargeBlock* const block = free_entry();
-  if (block == nullptr) return nullptr;
-  block->memory = map_memory(size, large_page);
-  block->size = size;
-  return block->memory == nullptr ? nullptr : block;
-}
-
 struct Request {
   std::size_t bytes;
   bool zeroed;
@@ -71,17 +63,26 @@ void* ordinary_block(Request request) {
   return request.zeroed ? std::calloc(bytes, 1) : std::malloc(bytes);
 }
 
-void* block_for(Request request) {
-  const bool too_large = request.bytes > std::numeric_limits<std::size_t>::max() - 2 * large_page;
-  if (request.bytes < least_large || too_large) return ordinary_block(request);
+void* large_block(Request request) {
   const std::size_t size = whole_pages(request.bytes);
-  LargeBlock* const kept = kept_block(size);
-  LargeBlock* const block = kept != nullptr ? kept : fresh_block(size);
-  if (block == nullptr) return ordinary_block(request);
-  block->used = true;
+  if (LargeBlock* const kept = kept_block(size)) {
+    kept->used = true;
+    if (request.zeroed) std::memset(kept->memory, 0, request.bytes);
+    return kept->memory;
+  }
+  LargeBlock* const entry = free_entry();
+  if (entry == nullptr) return ordinary_block(request);
   // Fresh memory is zero already.
-  if (request.zeroed && kept != nullptr) std::memset(block->memory, 0, request.bytes);
-  return block->memory;
+  entry->memory = map_memory(size, large_page);
+  entry->size = size;
+  entry->used = entry->memory != nullptr;
+  return entry->memory;
+}
+
+void* block_for(Request request) {
+  if (request.bytes < least_large) return ordinary_block(request);
+  const bool too_large = request.bytes > std::numeric_limits<std::size_t>::max() - 2 * large_page;
+  return too_large ? nullptr : large_block(request);
 }
 
 }  // namespace
