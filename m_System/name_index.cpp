@@ -99,13 +99,6 @@ std::int32_t last_of_repeated_name(const NameIndex& index, std::int32_t first) {
   return found == index.last.end() ? first : found->second;
 }
 
-void announce_name(const NameIndex& index, const ElementName& name) {
-  if (!index.direct) return;
-  const std::uint64_t cell = direct_cell(index, name);
-  if (cell > static_cast<std::uint64_t>(index.cells.size())) return;
-  __builtin_prefetch(&index.cells.at(static_cast<std::int32_t>(cell)));
-}
-
 const NameIndex& element_names() {
   if (!current_index) current_index = index_names(system_logic);
   return *current_index;

@@ -64,9 +64,6 @@ inline std::int32_t first_of_same_name(const NameIndex& index, std::int32_t i) {
   return index.last.empty() ? i : first_of_name(index, system_logic.name.at(i));
 }
 
-/// Says that a name will be looked up soon. Changes nothing but the time.
-void announce_name(const NameIndex& index, const ElementName& name);
-
 /// The index of the table as it stands; built at the first call after the table was filled.
 const NameIndex& element_names();
 /// Drops that index, because the table changes.

@@ -28,8 +28,7 @@ void Records::take(FileMemory data, std::size_t size, TextBytes bytes) {
 }
 
 void Records::drop() {
-  data_.reset();
-  size_ = 0;
+  take({}, 0, {});
 }
 
 std::size_t Records::NextCharacter::find(const char* data, std::size_t size, std::size_t from, char wanted) {

@@ -4,7 +4,6 @@
 #include <cstring>
 #include <map>
 #include <memory>
-#include <new>
 #include <system_error>
 #include <utility>
 

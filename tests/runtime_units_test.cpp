@@ -266,6 +266,14 @@ TEST_F(Units, BytesAboveAsciiAreSeenInEveryPlace) {
   }
 }
 
+TEST_F(Units, AUnitThatIsWrittenHasNoBytesAboveAscii) {
+  open_with("\x80\n");
+  EXPECT_FALSE(runtime::is_ascii(kUnit));
+  EXPECT_EQ(rest_of(), Records{"\x80"});
+  runtime::write_line(kUnit, "a");
+  EXPECT_TRUE(runtime::is_ascii(kUnit));
+}
+
 TEST_F(Units, ALoneCarriageReturnIsSeenInEveryPlace) {
   for (const std::size_t size : {3U, 33U, 300000U, 600001U}) {
     for (const std::size_t place : {std::size_t{1}, size / 2, size - 2}) {
