@@ -5,9 +5,9 @@
 #include <span>
 #include <string_view>
 
-#include "SCRENIX.h"
-#include "array.h"
-#include "fixed_text.h"
+#include "SCRENIX/SCRENIX.h"
+#include "runtime/array.h"
+#include "runtime/fixed_text.h"
 
 /// The main program: start-up, the order of the run and the accumulation.
 namespace KV_Akum {

@@ -1,15 +1,15 @@
 #include <string>
 
-#include "KV_Akum.h"
-#include "cp1252.h"
-#include "m_Bauwerke.h"
-#include "m_Einleiter.h"
-#include "m_Gerinne.h"
-#include "m_System.h"
-#include "m_files.h"
-#include "stop.h"
-#include "units.h"
-#include "write_record.h"
+#include "KV_Akum/KV_Akum.h"
+#include "m_Bauwerke/m_Bauwerke.h"
+#include "m_Einleiter/m_Einleiter.h"
+#include "m_Gerinne/m_Gerinne.h"
+#include "m_System/m_System.h"
+#include "m_files/m_files.h"
+#include "runtime/cp1252.h"
+#include "runtime/stop.h"
+#include "runtime/units.h"
+#include "runtime/write_record.h"
 
 namespace KV_Akum {
 namespace {

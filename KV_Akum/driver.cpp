@@ -1,19 +1,19 @@
 #include <array>
 #include <string>
 
-#include "KV_Akum.h"
-#include "SCRENIX.h"
-#include "cp1252.h"
-#include "m_Bauwerke.h"
-#include "m_Einleiter.h"
-#include "m_Gerinne.h"
-#include "m_ScrenixQt.h"
-#include "m_System.h"
-#include "m_WLM_error.h"
-#include "m_strings.h"
-#include "paths.h"
-#include "stop.h"
-#include "units.h"
+#include "KV_Akum/KV_Akum.h"
+#include "SCRENIX/SCRENIX.h"
+#include "m_Bauwerke/m_Bauwerke.h"
+#include "m_Einleiter/m_Einleiter.h"
+#include "m_Gerinne/m_Gerinne.h"
+#include "m_ScrenixQt/m_ScrenixQt.h"
+#include "m_System/m_System.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "m_strings/m_strings.h"
+#include "runtime/cp1252.h"
+#include "runtime/paths.h"
+#include "runtime/stop.h"
+#include "runtime/units.h"
 
 namespace KV_Akum {
 namespace {
@@ -42,7 +42,7 @@ void require_system_file(const std::string& name) {
 
 void start_protocol(const std::string& name) {
   const std::string label = "KARVOS " + std::string(variant_list.ProgramLabel.view());
-  m_WLM_error::Report("INIT", {.text1 = name + ".pkl", .text2 = label});
+  m_WLM_error::report("INIT", {.text1 = name + ".pkl", .text2 = label});
 }
 
 }  // namespace

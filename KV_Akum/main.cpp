@@ -4,10 +4,10 @@
 #include <string_view>
 #include <system_error>
 
-#include "KV_Akum.h"
-#include "arguments.h"
-#include "host.h"
-#include "stop.h"
+#include "KV_Akum/KV_Akum.h"
+#include "runtime/arguments.h"
+#include "runtime/host.h"
+#include "runtime/stop.h"
 
 namespace {
 

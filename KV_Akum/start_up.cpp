@@ -1,8 +1,8 @@
 #include <string>
 #include <vector>
 
-#include "KV_Akum.h"
-#include "arguments.h"
+#include "KV_Akum/KV_Akum.h"
+#include "runtime/arguments.h"
 
 namespace KV_Akum {
 namespace {

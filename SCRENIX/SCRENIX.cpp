@@ -1,12 +1,12 @@
-#include "SCRENIX.h"
+#include "SCRENIX/SCRENIX.h"
 
 #include <string>
 
-#include "fixed_text.h"
-#include "format.h"
-#include "records.h"
-#include "stop.h"
-#include "units.h"
+#include "SCRENIX/framing.h"
+#include "runtime/fixed_text.h"
+#include "runtime/format.h"
+#include "runtime/stop.h"
+#include "runtime/units.h"
 
 namespace SCRENIX {
 

@@ -8,7 +8,7 @@
 #include <span>
 #include <string_view>
 
-#include "not_implemented.h"
+#include "SCRENIX/not_implemented.h"
 
 /// The window library of the suite, as far as a build without a window system can offer it. Message boxes,
 /// titles and texts go to standard output as framed records for a separate front-end; its answers are not

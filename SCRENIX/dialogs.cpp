@@ -2,10 +2,10 @@
 #include <cstddef>
 #include <string>
 
-#include "SCRENIX.h"
-#include "fixed_text.h"
-#include "records.h"
-#include "stop.h"
+#include "SCRENIX/SCRENIX.h"
+#include "SCRENIX/framing.h"
+#include "runtime/fixed_text.h"
+#include "runtime/stop.h"
 
 namespace SCRENIX {
 namespace {

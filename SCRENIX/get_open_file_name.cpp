@@ -1,5 +1,5 @@
-#include "SCRENIX.h"
-#include "stop.h"
+#include "SCRENIX/SCRENIX.h"
+#include "runtime/stop.h"
 
 namespace SCRENIX {
 

@@ -1,7 +1,7 @@
 #include <string>
 
-#include "SCRENIX.h"
-#include "records.h"
+#include "SCRENIX/SCRENIX.h"
+#include "SCRENIX/framing.h"
 
 namespace SCRENIX {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "stop.h"
+#include "runtime/stop.h"
 
 // The operations of the window library that a build without a window system does not offer.
 

@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "edit_input.h"
-#include "edit_output.h"
-#include "m_System.h"
-#include "name_index.h"
-#include "record_search.h"
-#include "units.h"
+#include "m_System/m_System.h"
+#include "m_System/name_index.h"
+#include "m_System/record_search.h"
+#include "runtime/edit_input.h"
+#include "runtime/edit_output.h"
+#include "runtime/units.h"
 
 // The steps that a run repeats for every line: each alone, in time per line, number or name.
 

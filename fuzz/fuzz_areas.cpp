@@ -1,7 +1,7 @@
 // `NAME.nfl` and `NAME.kfl`, one input for both, because a unit carries from the first into the second.
 
-#include "fuzz_bed.h"
-#include "m_Einleiter.h"
+#include "fuzz/fuzz_bed.h"
+#include "m_Einleiter/m_Einleiter.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   fuzz_bed::Bed bed;

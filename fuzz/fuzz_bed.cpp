@@ -1,15 +1,15 @@
-#include "fuzz_bed.h"
+#include "fuzz/fuzz_bed.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 
-#include "KV_Akum.h"
-#include "m_System.h"
-#include "m_WLM_error.h"
-#include "units.h"
-#include "variant_files.h"
+#include "KV_Akum/KV_Akum.h"
+#include "m_System/m_System.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "runtime/units.h"
+#include "tests/variant_files.h"
 
 namespace fuzz_bed {
 namespace {

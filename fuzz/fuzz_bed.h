@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "memory_host.h"
+#include "tests/memory_host.h"
 
 /// What the fuzz targets share: files in memory instead of a disk, so that nothing can fail but the input
 /// itself, and a network whose elements the companion files are searched for.

@@ -2,11 +2,11 @@
 
 #include <array>
 
-#include "KV_Akum.h"
-#include "arguments.h"
-#include "fuzz_bed.h"
-#include "m_WLM_error.h"
-#include "units.h"
+#include "KV_Akum/KV_Akum.h"
+#include "fuzz/fuzz_bed.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "runtime/arguments.h"
+#include "runtime/units.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
-#include "fuzz_bed.h"
-#include "m_WLM_error.h"
-#include "variant_files.h"
+#include "fuzz/fuzz_bed.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "tests/variant_files.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // `NAME.sys`: the reader of the system logic and its checks.
 
-#include "fuzz_bed.h"
-#include "m_System.h"
-#include "units.h"
-#include "variant_files.h"
+#include "fuzz/fuzz_bed.h"
+#include "m_System/m_System.h"
+#include "runtime/units.h"
+#include "tests/variant_files.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // `NAME.trs`: the reader of the transport reaches.
 
-#include "fuzz_bed.h"
-#include "m_Gerinne.h"
+#include "fuzz/fuzz_bed.h"
+#include "m_Gerinne/m_Gerinne.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   fuzz_bed::Bed bed;

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "fuzz_bed.h"
-#include "m_Bauwerke.h"
-#include "m_WLM_error.h"
+#include "fuzz/fuzz_bed.h"
+#include "m_Bauwerke/m_Bauwerke.h"
+#include "m_WLM_error/m_WLM_error.h"
 
 namespace {
 

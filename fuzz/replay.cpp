@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <vector>
 
-#include "fuzz_bed.h"
-#include "variant_files.h"
+#include "fuzz/fuzz_bed.h"
+#include "tests/variant_files.h"
 
 namespace {
 

@@ -1,21 +1,21 @@
-#include "m_Bauwerke.h"
+#include "m_Bauwerke/m_Bauwerke.h"
 
 #include <algorithm>
 
-#include "arithmetic.h"
-#include "fixed_text.h"
-#include "m_System.h"
-#include "m_WLM_error.h"
-#include "m_strings.h"
-#include "record_search.h"
-#include "units.h"
+#include "m_System/m_System.h"
+#include "m_System/record_search.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "m_strings/m_strings.h"
+#include "runtime/arithmetic.h"
+#include "runtime/fixed_text.h"
+#include "runtime/units.h"
 
 namespace m_Bauwerke {
 namespace {
 
 using m_System::FileName;
 using m_System::system_logic;
-using m_WLM_error::Report;
+using m_WLM_error::report;
 
 constexpr std::int32_t highest_code = 3;
 constexpr float per_cent = 0.01F;
@@ -36,13 +36,13 @@ void read_branchings(const FileName& file_name, m_System::RecordSearch& search) 
     const m_System::FoundRecord record = m_System::find_record(search, i);
     if (!record.found) {
       // The rest of the file is not read; it stays open to the end of the run.
-      Report("A00", {.text1 = file_name.view(), .text2 = name});
+      report("A00", {.text1 = file_name.view(), .text2 = name});
       return;
     }
     ++branching;
     read_branching(record.line, branching);
     const std::int32_t code = branching_tables.code.at(branching);
-    if (code > highest_code) Report("Ver1", {.text1 = file_name.view(), .text2 = name, .int1 = code});
+    if (code > highest_code) report("Ver1", {.text1 = file_name.view(), .text2 = name, .int1 = code});
   }
   runtime::close(search.unit);
 }

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "array.h"
+#include "runtime/array.h"
 
 /// The structures ("Bauwerke"): the branchings.
 namespace m_Bauwerke {

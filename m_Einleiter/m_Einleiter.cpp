@@ -1,20 +1,20 @@
-#include "m_Einleiter.h"
+#include "m_Einleiter/m_Einleiter.h"
 
 #include <algorithm>
 #include <array>
 
-#include "format.h"
-#include "m_System.h"
-#include "m_WLM_error.h"
-#include "record_search.h"
-#include "units.h"
+#include "m_System/m_System.h"
+#include "m_System/record_search.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "runtime/format.h"
+#include "runtime/units.h"
 
 namespace m_Einleiter {
 namespace {
 
 using m_System::FileName;
 using m_System::system_logic;
-using m_WLM_error::Report;
+using m_WLM_error::report;
 
 // A five-column field cannot hold this limit exactly: 1.000 passes, 1.001 does not.
 constexpr float highest_sealing = 1.00001F;
@@ -71,9 +71,9 @@ void read_source(const AreaFile& file, const FileName& file_name, std::string_vi
   const runtime::ReadStatus status = file.read_data(line, area, sealing);
   area *= source_tables.unit_factor;
   if (status == runtime::ReadStatus::bad_value) {
-    Report("A03", {.text1 = file_name.view(), .text2 = name});
+    report("A03", {.text1 = file_name.view(), .text2 = name});
   } else if (sealing > highest_sealing) {
-    Report("F02", {.text1 = file_name.view(), .text2 = name, .real1 = sealing});
+    report("F02", {.text1 = file_name.view(), .text2 = name, .real1 = sealing});
   }
 }
 
@@ -88,7 +88,7 @@ void read_sources(const AreaFile& file, const FileName& file_name, m_System::Rec
     set_unit(record.last_mark);
     if (!record.found) {
       // The rest of the file is not read; it stays open to the end of the run.
-      Report("A00", {.text1 = file_name.view(), .text2 = system_logic.name.at(i).view()});
+      report("A00", {.text1 = file_name.view(), .text2 = system_logic.name.at(i).view()});
       return;
     }
     read_source(file, file_name, record.line, i, source);

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "array.h"
-#include "fixed_text.h"
+#include "runtime/array.h"
+#include "runtime/fixed_text.h"
 
 /// The catchment areas of the source elements and their degree of sealing ("Befestigungsgrad").
 namespace m_Einleiter {

@@ -1,13 +1,13 @@
-#include "m_Gerinne.h"
+#include "m_Gerinne/m_Gerinne.h"
 
 #include <algorithm>
 
-#include "fixed_text.h"
-#include "m_System.h"
-#include "m_WLM_error.h"
-#include "m_strings.h"
-#include "record_search.h"
-#include "units.h"
+#include "m_System/m_System.h"
+#include "m_System/record_search.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "m_strings/m_strings.h"
+#include "runtime/fixed_text.h"
+#include "runtime/units.h"
 
 namespace m_Gerinne {
 namespace {
@@ -42,7 +42,7 @@ void read_reaches(const FileName& file_name, m_System::RecordSearch& search) {
     const m_System::FoundRecord record = m_System::find_record(search, i);
     if (!record.found) {
       // The rest of the file is not read; it stays open to the end of the run.
-      m_WLM_error::Report("A00", {.text1 = file_name.view(), .text2 = system_logic.name.at(i).view()});
+      m_WLM_error::report("A00", {.text1 = file_name.view(), .text2 = system_logic.name.at(i).view()});
       return;
     }
     ++reach;

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "array.h"
+#include "runtime/array.h"
 
 /// The transport reaches ("Gerinne").
 namespace m_Gerinne {

@@ -1,9 +1,9 @@
-#include "m_ScrenixQt.h"
+#include "m_ScrenixQt/m_ScrenixQt.h"
 
-#include "SCRENIX.h"
-#include "fixed_text.h"
-#include "status_window.h"
-#include "stop.h"
+#include "SCRENIX/SCRENIX.h"
+#include "m_ScrenixQt/status_window.h"
+#include "runtime/fixed_text.h"
+#include "runtime/stop.h"
 
 namespace m_ScrenixQt {
 namespace {

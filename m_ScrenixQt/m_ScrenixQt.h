@@ -5,8 +5,8 @@
 #include <span>
 #include <string_view>
 
-#include "SCRENIX.h"
-#include "fixed_text.h"
+#include "SCRENIX/SCRENIX.h"
+#include "runtime/fixed_text.h"
 
 /// The single place through which the computing code talks to the user.
 namespace m_ScrenixQt {
@@ -58,15 +58,15 @@ inline constexpr std::size_t status_text_width = 10000;
 ///   "DESTROY"  closes the window and forgets its texts.
 /// "INIT" and "DESTROY" do not look at `field`. A window need not be shown to keep texts. Another word, or a
 /// window or field that does not exist, changes nothing.
-void StatusWindow(std::int32_t window, std::int32_t field, std::string_view action,
+void status_window(std::int32_t window, std::int32_t field, std::string_view action,
                   std::string_view text = {});
 
 /// All 10000 characters of a field; none while nothing is kept for the window. The view stays valid until the
 /// window's "DESTROY".
-std::string_view StatusText(std::int32_t window, std::int32_t field);
+std::string_view status_text(std::int32_t window, std::int32_t field);
 
 /// The library's handle of a status window; 0 while nothing is kept for it.
-std::int32_t StatusWindowHandle(std::int32_t window);
+std::int32_t status_window_handle(std::int32_t window);
 
 /// Puts the module back into its state at the start of the program. For tests.
 void reset();

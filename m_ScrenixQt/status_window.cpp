@@ -1,13 +1,13 @@
-#include "status_window.h"
+#include "m_ScrenixQt/status_window.h"
 
 #include <array>
 #include <map>
 #include <string>
 
-#include "SCRENIX.h"
-#include "array.h"
-#include "fixed_text.h"
-#include "m_ScrenixQt.h"
+#include "SCRENIX/SCRENIX.h"
+#include "m_ScrenixQt/m_ScrenixQt.h"
+#include "runtime/array.h"
+#include "runtime/fixed_text.h"
 
 namespace m_ScrenixQt {
 namespace {
@@ -68,7 +68,7 @@ void close_window(std::int32_t window) {
 
 }  // namespace
 
-void StatusWindow(std::int32_t window, std::int32_t field, std::string_view action, std::string_view text) {
+void status_window(std::int32_t window, std::int32_t field, std::string_view action, std::string_view text) {
   if (window < 1 || window > most_status_windows) return;
   const std::string_view word = runtime::trimmed(action);
   if (word == "INIT") return show_window(window, text);
@@ -82,13 +82,13 @@ void StatusWindow(std::int32_t window, std::int32_t field, std::string_view acti
   if (word == "REFRESH") send_field(window, field);
 }
 
-std::string_view StatusText(std::int32_t window, std::int32_t field) {
+std::string_view status_text(std::int32_t window, std::int32_t field) {
   const auto found = status_windows.find(window);
   if (found == status_windows.end() || !is_field(field)) return {};
   return found->second.texts.at(field).view();
 }
 
-std::int32_t StatusWindowHandle(std::int32_t window) {
+std::int32_t status_window_handle(std::int32_t window) {
   const auto found = status_windows.find(window);
   return found == status_windows.end() ? 0 : found->second.handle;
 }

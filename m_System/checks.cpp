@@ -3,20 +3,20 @@
 #include <unordered_map>
 #include <utility>
 
-#include "element_types.h"
-#include "fixed_text.h"
-#include "m_ScrenixQt.h"
-#include "m_System.h"
-#include "m_WLM_error.h"
-#include "m_strings.h"
-#include "name_index.h"
-#include "record_search.h"
-#include "units.h"
+#include "m_ScrenixQt/m_ScrenixQt.h"
+#include "m_System/element_types.h"
+#include "m_System/m_System.h"
+#include "m_System/name_index.h"
+#include "m_System/record_search.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "m_strings/m_strings.h"
+#include "runtime/fixed_text.h"
+#include "runtime/units.h"
 
 namespace m_System {
 namespace {
 
-using m_WLM_error::Report;
+using m_WLM_error::report;
 using runtime::columns;
 
 // A plain loop: it is unrolled over the few letters, where a search would be a call.
@@ -28,11 +28,11 @@ constexpr bool one_of(char letter, std::string_view letters) {
 }
 
 void report_names(std::string_view code, const ElementName& first) {
-  Report(code, {.text1 = first.view()});
+  report(code, {.text1 = first.view()});
 }
 
 void report_names(std::string_view code, const ElementName& first, const ElementName& second) {
-  Report(code, {.text1 = first.view(), .text2 = second.view()});
+  report(code, {.text1 = first.view(), .text2 = second.view()});
 }
 
 // Formal stage: each element's own fields.

@@ -1,14 +1,14 @@
 #include <algorithm>
 #include <string>
 
-#include "cp1252.h"
-#include "m_ScrenixQt.h"
-#include "m_System.h"
-#include "m_WLM_error.h"
-#include "m_files.h"
-#include "m_strings.h"
-#include "record_search.h"
-#include "units.h"
+#include "m_ScrenixQt/m_ScrenixQt.h"
+#include "m_System/m_System.h"
+#include "m_System/record_search.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "m_files/m_files.h"
+#include "m_strings/m_strings.h"
+#include "runtime/cp1252.h"
+#include "runtime/units.h"
 
 namespace m_System {
 namespace {
@@ -17,7 +17,7 @@ using namespace runtime::literals;
 
 void give_up(const std::string& notice) {
   m_ScrenixQt::ShowMessage(m_ScrenixQt::error_title, notice);
-  m_WLM_error::Report("ErrorLevel", {.int1 = 3});
+  m_WLM_error::report("ErrorLevel", {.int1 = 3});
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
-#include "m_System.h"
+#include "m_System/m_System.h"
 
 #include <algorithm>
 #include <map>
 
-#include "m_WLM_error.h"
-#include "name_index.h"
-#include "system_tables.h"
+#include "m_System/name_index.h"
+#include "m_System/system_tables.h"
+#include "m_WLM_error/m_WLM_error.h"
 
 namespace m_System {
 namespace {

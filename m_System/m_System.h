@@ -3,16 +3,14 @@
 #include <cstdint>
 #include <string_view>
 
-#include "array.h"
-#include "fixed_text.h"
+#include "m_System/element_types.h"
+#include "runtime/array.h"
+#include "runtime/fixed_text.h"
 
 /// The element network of a model variant: its table, the reader of `NAME.sys` and the checks.
 namespace m_System {
 
 using ElementName = runtime::FixedText<5>;
-
-inline constexpr std::int32_t inflow_slots = 3;
-inline constexpr std::int32_t outflow_slots = 2;
 
 /// The table of system elements in system order, positions 1 .. N. Every table has one spare entry, N + 1,
 /// the outlet of the last element; `mark` has one more for position 0. Filled once a run.

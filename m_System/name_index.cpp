@@ -1,4 +1,4 @@
-#include "name_index.h"
+#include "m_System/name_index.h"
 
 #include <algorithm>
 #include <bit>

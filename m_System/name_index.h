@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <unordered_map>
 
-#include "array.h"
-#include "m_System.h"
+#include "m_System/m_System.h"
+#include "runtime/array.h"
 
 namespace m_System {
 

@@ -1,11 +1,11 @@
-#include "record_search.h"
+#include "m_System/record_search.h"
 
 #include <algorithm>
 #include <numeric>
 #include <utility>
 
-#include "fixed_text.h"
-#include "name_index.h"
+#include "m_System/name_index.h"
+#include "runtime/fixed_text.h"
 
 namespace m_System {
 namespace {

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "blocks.h"
-#include "m_System.h"
-#include "units.h"
+#include "m_System/m_System.h"
+#include "runtime/blocks.h"
+#include "runtime/units.h"
 
 namespace m_System {
 

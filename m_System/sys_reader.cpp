@@ -4,16 +4,16 @@
 #include <string_view>
 #include <vector>
 
-#include "blocks.h"
-#include "element_types.h"
-#include "fixed_text.h"
-#include "m_System.h"
-#include "m_WLM_error.h"
-#include "m_files.h"
-#include "name_index.h"
-#include "system_tables.h"
-#include "units.h"
-#include "write_record.h"
+#include "m_System/element_types.h"
+#include "m_System/m_System.h"
+#include "m_System/name_index.h"
+#include "m_System/system_tables.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "m_files/m_files.h"
+#include "runtime/blocks.h"
+#include "runtime/fixed_text.h"
+#include "runtime/units.h"
+#include "runtime/write_record.h"
 
 namespace m_System {
 namespace {

@@ -1,4 +1,4 @@
-#include "m_WLM_error.h"
+#include "m_WLM_error/m_WLM_error.h"
 
 #include <algorithm>
 #include <array>
@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/entry.h"
-#include "cp1252.h"
-#include "fixed_text.h"
-#include "m_files.h"
-#include "units.h"
+#include "m_WLM_error/catalogue/entry.h"
+#include "m_files/m_files.h"
+#include "runtime/cp1252.h"
+#include "runtime/fixed_text.h"
+#include "runtime/units.h"
 
 namespace m_WLM_error {
 namespace {
@@ -208,7 +208,7 @@ std::int32_t MessageDispatcher(std::string_view code, const MessageArguments& ar
   return write_message(code, arguments);
 }
 
-void Report(std::string_view code, const MessageArguments& arguments) {
+void report(std::string_view code, const MessageArguments& arguments) {
   ErrorLevel = MessageDispatcher(code, arguments);
 }
 

@@ -41,7 +41,7 @@ struct MessageArguments {
 std::int32_t MessageDispatcher(std::string_view code, const MessageArguments& arguments = {});
 
 /// Calls the dispatcher and stores what it returns as the run's level.
-void Report(std::string_view code, const MessageArguments& arguments = {});
+void report(std::string_view code, const MessageArguments& arguments = {});
 
 /// Puts the module back into the state before "INIT", as at the start of the program. For tests.
 void reset();

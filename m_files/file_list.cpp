@@ -2,12 +2,12 @@
 #include <string>
 #include <vector>
 
-#include "command.h"
-#include "cp1252.h"
-#include "m_files.h"
-#include "module_state.h"
-#include "stop.h"
-#include "units.h"
+#include "m_files/m_files.h"
+#include "m_files/module_state.h"
+#include "runtime/command.h"
+#include "runtime/cp1252.h"
+#include "runtime/stop.h"
+#include "runtime/units.h"
 
 namespace m_files {
 

@@ -1,11 +1,11 @@
-#include "m_files.h"
+#include "m_files/m_files.h"
 
 #include <string>
 
-#include "command.h"
-#include "module_state.h"
-#include "units.h"
-#include "upper_case.h"
+#include "m_files/module_state.h"
+#include "runtime/command.h"
+#include "runtime/units.h"
+#include "runtime/upper_case.h"
 
 namespace m_files {
 namespace {

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <variant>
 
-#include "array.h"
-#include "fixed_text.h"
+#include "runtime/array.h"
+#include "runtime/fixed_text.h"
 
 /// File handling shared by all tools of the suite. Trailing blanks of a file name do not count. What a caller
 /// does not ask the status of ends the program with an I/O error when it fails.

@@ -1,6 +1,6 @@
-#include "m_files.h"
-#include "module_state.h"
-#include "units.h"
+#include "m_files/m_files.h"
+#include "m_files/module_state.h"
+#include "runtime/units.h"
 
 namespace m_files {
 namespace {

@@ -2,12 +2,12 @@
 #include <array>
 #include <cmath>
 
-#include "arithmetic.h"
-#include "format.h"
-#include "m_files.h"
-#include "m_info.h"
-#include "m_strings.h"
-#include "units.h"
+#include "m_files/m_files.h"
+#include "m_info/m_info.h"
+#include "m_strings/m_strings.h"
+#include "runtime/arithmetic.h"
+#include "runtime/format.h"
+#include "runtime/units.h"
 
 namespace m_info {
 

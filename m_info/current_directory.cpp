@@ -1,7 +1,7 @@
-#include "command.h"
-#include "m_files.h"
-#include "m_info.h"
-#include "units.h"
+#include "m_files/m_files.h"
+#include "m_info/m_info.h"
+#include "runtime/command.h"
+#include "runtime/units.h"
 
 namespace m_info {
 namespace {

@@ -5,8 +5,8 @@
 #include <span>
 #include <string_view>
 
-#include "array.h"
-#include "fixed_text.h"
+#include "runtime/array.h"
+#include "runtime/fixed_text.h"
 
 /// Information about a run for the people who maintain the suite.
 namespace m_info {

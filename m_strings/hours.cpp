@@ -2,8 +2,8 @@
 #include <cmath>
 #include <string>
 
-#include "arithmetic.h"
-#include "m_strings.h"
+#include "m_strings/m_strings.h"
+#include "runtime/arithmetic.h"
 
 namespace m_strings {
 namespace {

@@ -1,15 +1,15 @@
-#include "m_strings.h"
+#include "m_strings/m_strings.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
-#include "arithmetic.h"
-#include "cp1252.h"
-#include "edit_input.h"
-#include "fixed_text.h"
-#include "units.h"
-#include "upper_case.h"
+#include "runtime/arithmetic.h"
+#include "runtime/cp1252.h"
+#include "runtime/edit_input.h"
+#include "runtime/fixed_text.h"
+#include "runtime/units.h"
+#include "runtime/upper_case.h"
 
 namespace m_strings {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "fixed_text.h"
+#include "runtime/fixed_text.h"
 
 /// Text, number and path utilities shared by all modules. Texts are single-byte (Windows-1252) and padded
 /// with blanks; positions are 1-based; the trimmed length is the length without trailing blanks.

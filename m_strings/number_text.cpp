@@ -4,10 +4,10 @@
 #include <cmath>
 #include <string>
 
-#include "arithmetic.h"
-#include "edit_output.h"
-#include "format.h"
-#include "m_strings.h"
+#include "m_strings/m_strings.h"
+#include "runtime/arithmetic.h"
+#include "runtime/edit_output.h"
+#include "runtime/format.h"
 
 namespace m_strings {
 namespace {

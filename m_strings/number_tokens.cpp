@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <string>
 
-#include "m_strings.h"
-#include "stop.h"
+#include "m_strings/m_strings.h"
+#include "runtime/stop.h"
 
 namespace m_strings {
 namespace {

@@ -1,8 +1,8 @@
 #include <algorithm>
 
-#include "fixed_text.h"
-#include "m_strings.h"
-#include "units.h"
+#include "m_strings/m_strings.h"
+#include "runtime/fixed_text.h"
+#include "runtime/units.h"
 
 namespace m_strings {
 namespace {

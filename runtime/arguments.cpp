@@ -1,4 +1,4 @@
-#include "arguments.h"
+#include "runtime/arguments.h"
 
 #include <algorithm>
 #include <span>

@@ -9,7 +9,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "blocks.h"
+#include "runtime/blocks.h"
 
 namespace runtime {
 

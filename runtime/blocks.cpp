@@ -1,10 +1,10 @@
-#include "blocks.h"
+#include "runtime/blocks.h"
 
 #include <array>
 #include <cstdlib>
 #include <cstring>
 
-#include "host.h"
+#include "runtime/host.h"
 
 namespace runtime {
 namespace {

@@ -1,8 +1,8 @@
-#include "command.h"
+#include "runtime/command.h"
 
 #include <string>
 
-#include "host.h"
+#include "runtime/host.h"
 
 namespace runtime {
 

@@ -1,4 +1,4 @@
-#include "edit_input.h"
+#include "runtime/edit_input.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "edit_output.h"
+#include "runtime/edit_output.h"
 
 #include <algorithm>
 #include <array>
@@ -6,7 +6,7 @@
 #include <cmath>
 #include <string>
 
-#include "put_fields.h"
+#include "runtime/put_fields.h"
 
 namespace runtime {
 namespace detail {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "format.h"
+#include "runtime/format.h"
 
 namespace runtime {
 

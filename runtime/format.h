@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "cp1252.h"
+#include "runtime/cp1252.h"
 
 namespace runtime {
 

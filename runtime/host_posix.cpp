@@ -9,7 +9,7 @@
 #include <chrono>
 #include <csignal>
 
-#include "host.h"
+#include "runtime/host.h"
 
 namespace runtime {
 namespace {

@@ -1,9 +1,9 @@
-#include "paths.h"
+#include "runtime/paths.h"
 
 #include <algorithm>
 
-#include "fixed_text.h"
-#include "host.h"
+#include "runtime/fixed_text.h"
+#include "runtime/host.h"
 
 namespace runtime {
 namespace {

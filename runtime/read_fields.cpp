@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <string>
 
-#include "edit_input.h"
-#include "units.h"
+#include "runtime/edit_input.h"
+#include "runtime/units.h"
 
 namespace runtime {
 namespace {

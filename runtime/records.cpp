@@ -1,4 +1,4 @@
-#include "records.h"
+#include "runtime/records.h"
 
 #include <utility>
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string_view>
 
-#include "blocks.h"
+#include "runtime/blocks.h"
 
 // The records of a file that is in memory. A record ends at LF, CR LF or a lone CR, none of them part of it.
 

@@ -1,10 +1,10 @@
-#include "stop.h"
+#include "runtime/stop.h"
 
 #include <cstdlib>
 #include <string>
 
-#include "host.h"
-#include "units.h"
+#include "runtime/host.h"
+#include "runtime/units.h"
 
 namespace runtime {
 namespace {

@@ -1,4 +1,4 @@
-#include "units.h"
+#include "runtime/units.h"
 
 #include <algorithm>
 #include <cstring>
@@ -7,13 +7,13 @@
 #include <system_error>
 #include <utility>
 
-#include "blocks.h"
-#include "host.h"
-#include "output_buffer.h"
-#include "paths.h"
-#include "records.h"
-#include "stop.h"
-#include "write_record.h"
+#include "runtime/blocks.h"
+#include "runtime/host.h"
+#include "runtime/output_buffer.h"
+#include "runtime/paths.h"
+#include "runtime/records.h"
+#include "runtime/stop.h"
+#include "runtime/write_record.h"
 
 namespace runtime {
 

@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "edit_output.h"
-#include "format.h"
-#include "records.h"
+#include "runtime/edit_output.h"
+#include "runtime/format.h"
+#include "runtime/records.h"
 
 // Numbered I/O units with records, in the manner of the suite's language (ISO/IEC 1539-1, "Input/output
 // statements"). A unit is a number with a connected file. Units 5 and 6 are standard input and output.

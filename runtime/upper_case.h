@@ -4,8 +4,8 @@
 #include <span>
 #include <string_view>
 
-#include "cp1252.h"
-#include "fixed_text.h"
+#include "runtime/cp1252.h"
+#include "runtime/fixed_text.h"
 
 namespace runtime {
 

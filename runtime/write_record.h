@@ -7,10 +7,10 @@
 #include <tuple>
 #include <utility>
 
-#include "fixed_text.h"
-#include "format.h"
-#include "output_buffer.h"
-#include "put_fields.h"
+#include "runtime/fixed_text.h"
+#include "runtime/format.h"
+#include "runtime/output_buffer.h"
+#include "runtime/put_fields.h"
 
 // The lines that a run writes for every element. `write` runs any format by looking at one element after the
 // other; here the compiler does that, and the bytes are the same.

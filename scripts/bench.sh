@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 scripts/install-tools.sh g++ cmake ninja-build >&2
-cmake --preset release >&2
+cmake --preset release -DKV_TESTS=ON >&2
 cmake --build --preset release --target KV_Akum kv_generate kv_yardstick kv_empty kv_compare >&2
 
 bin=build/release/bin

@@ -1,4 +1,4 @@
-#include "SCRENIX.h"
+#include "SCRENIX/SCRENIX.h"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
-#include "child.h"
-#include "units.h"
+#include "runtime/units.h"
+#include "tests/child.h"
 
 namespace SCRENIX {
 namespace {

@@ -8,14 +8,14 @@
 #include <string_view>
 #include <vector>
 
-#include "KV_Akum.h"
-#include "array.h"
-#include "m_Bauwerke.h"
-#include "m_Einleiter.h"
-#include "m_Gerinne.h"
-#include "m_System.h"
-#include "units.h"
-#include "variant_files.h"
+#include "KV_Akum/KV_Akum.h"
+#include "m_Bauwerke/m_Bauwerke.h"
+#include "m_Einleiter/m_Einleiter.h"
+#include "m_Gerinne/m_Gerinne.h"
+#include "m_System/m_System.h"
+#include "runtime/array.h"
+#include "runtime/units.h"
+#include "tests/variant_files.h"
 
 namespace {
 

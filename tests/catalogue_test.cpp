@@ -11,9 +11,9 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue/entry.h"
-#include "cp1252.h"
-#include "m_WLM_error.h"
+#include "m_WLM_error/catalogue/entry.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "runtime/cp1252.h"
 
 namespace {
 

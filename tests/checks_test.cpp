@@ -7,11 +7,11 @@
 #include <string_view>
 #include <vector>
 
-#include "fixed_text.h"
-#include "m_System.h"
-#include "m_WLM_error.h"
-#include "units.h"
-#include "variant_files.h"
+#include "m_System/m_System.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "runtime/fixed_text.h"
+#include "runtime/units.h"
+#include "tests/variant_files.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ using m_System::CheckDuplicateData;
 using m_System::CheckSystemLogic;
 using m_System::system_logic;
 using m_WLM_error::ErrorLevel;
-using m_WLM_error::Report;
+using m_WLM_error::report;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using variant_files::columns_line;
@@ -96,7 +96,7 @@ TEST_F(ChecksTest, FindNothingWithoutElements) {
 
 TEST_F(ChecksTest, AnErrorFromBeforeIsShownWithoutElements) {
   fill_system_logic({});
-  Report("ErrorLevel", {.int1 = 2});
+  report("ErrorLevel", {.int1 = 2});
   const ShownText text;
   CheckSystemLogic();
   EXPECT_EQ(text.output(), formal_notice);

@@ -12,12 +12,12 @@
 #include <string>
 #include <string_view>
 
-#include "KV_Akum.h"
-#include "SCRENIX.h"
-#include "arguments.h"
-#include "child.h"
-#include "fixed_text.h"
-#include "stop.h"
+#include "KV_Akum/KV_Akum.h"
+#include "SCRENIX/SCRENIX.h"
+#include "runtime/arguments.h"
+#include "runtime/fixed_text.h"
+#include "runtime/stop.h"
+#include "tests/child.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <string_view>
 #include <vector>
 
-#include "SCRENIX.h"
-#include "fixed_text.h"
-#include "m_ScrenixQt.h"
+#include "SCRENIX/SCRENIX.h"
+#include "m_ScrenixQt/m_ScrenixQt.h"
+#include "runtime/fixed_text.h"
 
 namespace {
 

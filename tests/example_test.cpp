@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string>
 
-#include "variant_files.h"
+#include "tests/variant_files.h"
 
 namespace {
 

@@ -25,7 +25,7 @@
 #include <thread>
 #include <utility>
 
-#include "test_files.h"
+#include "tests/test_files.h"
 
 namespace {
 

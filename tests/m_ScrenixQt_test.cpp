@@ -1,4 +1,4 @@
-#include "m_ScrenixQt.h"
+#include "m_ScrenixQt/m_ScrenixQt.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "child.h"
-#include "fixed_text.h"
+#include "runtime/fixed_text.h"
+#include "tests/child.h"
 
 namespace m_ScrenixQt {
 namespace {
@@ -175,84 +175,84 @@ TEST_F(Dialogs, ProtocolIsNotViewedAfterANo) {
 }
 
 TEST_F(Dialogs, NewGivesAStatusFieldItsText) {
-  EXPECT_EQ(StatusText(2, 5), "");
-  EXPECT_EQ(StatusWindowHandle(2), 0);
-  EXPECT_EQ(sent_by([] { StatusWindow(2, 5, "NEW", "liest V.sys  "); }), item_text("25", "liest V.sys"));
-  EXPECT_EQ(StatusText(2, 5), "liest V.sys" + std::string(10000 - 11, ' '));
-  EXPECT_EQ(StatusText(2, 4), std::string(10000, ' '));
-  EXPECT_EQ(StatusText(1, 5), "");
-  EXPECT_EQ(StatusWindowHandle(2), 1);
-  sent_by([] { StatusWindow(2, 5, "NEW  ", "x"); });
-  EXPECT_EQ(runtime::trimmed(StatusText(2, 5)), "x");
+  EXPECT_EQ(status_text(2, 5), "");
+  EXPECT_EQ(status_window_handle(2), 0);
+  EXPECT_EQ(sent_by([] { status_window(2, 5, "NEW", "liest V.sys  "); }), item_text("25", "liest V.sys"));
+  EXPECT_EQ(status_text(2, 5), "liest V.sys" + std::string(10000 - 11, ' '));
+  EXPECT_EQ(status_text(2, 4), std::string(10000, ' '));
+  EXPECT_EQ(status_text(1, 5), "");
+  EXPECT_EQ(status_window_handle(2), 1);
+  sent_by([] { status_window(2, 5, "NEW  ", "x"); });
+  EXPECT_EQ(runtime::trimmed(status_text(2, 5)), "x");
 }
 
 TEST_F(Dialogs, StatusFieldIsCutAtTenThousandCharacters) {
   const std::string kept(10000, 'a');
-  EXPECT_EQ(sent_by([&] { StatusWindow(1, 9, "NEW", kept + "b"); }), item_text("19", kept));
-  EXPECT_EQ(StatusText(1, 9), kept);
-  sent_by([] { StatusWindow(1, 9, "APPEND", "c"); });
-  EXPECT_EQ(StatusText(1, 9), kept);
+  EXPECT_EQ(sent_by([&] { status_window(1, 9, "NEW", kept + "b"); }), item_text("19", kept));
+  EXPECT_EQ(status_text(1, 9), kept);
+  sent_by([] { status_window(1, 9, "APPEND", "c"); });
+  EXPECT_EQ(status_text(1, 9), kept);
 }
 
 TEST_F(Dialogs, AppendAddsALine) {
-  EXPECT_EQ(sent_by([] { StatusWindow(1, 4, "APPEND", "a"); }), item_text("14", "a"));
-  EXPECT_EQ(sent_by([] { StatusWindow(1, 4, "APPEND", "b"); }), item_text("14", "a\r\nb"));
+  EXPECT_EQ(sent_by([] { status_window(1, 4, "APPEND", "a"); }), item_text("14", "a"));
+  EXPECT_EQ(sent_by([] { status_window(1, 4, "APPEND", "b"); }), item_text("14", "a\r\nb"));
 }
 
 TEST_F(Dialogs, RefreshSendsTheTextAgain) {
-  sent_by([] { StatusWindow(1, 4, "NEW", "a"); });
-  EXPECT_EQ(sent_by([] { StatusWindow(1, 4, "REFRESH"); }), item_text("14", "a"));
-  EXPECT_EQ(sent_by([] { StatusWindow(99, 9, "REFRESH"); }), item_text("999", ""));
+  sent_by([] { status_window(1, 4, "NEW", "a"); });
+  EXPECT_EQ(sent_by([] { status_window(1, 4, "REFRESH"); }), item_text("14", "a"));
+  EXPECT_EQ(sent_by([] { status_window(99, 9, "REFRESH"); }), item_text("999", ""));
 }
 
 TEST_F(Dialogs, DatesAndTimeHaveTheirFields) {
-  EXPECT_EQ(sent_by([] { StatusWindow(1, 9, "DATUM1", "01.11.2003"); }), item_text("11", "01.11.2003"));
-  EXPECT_EQ(sent_by([] { StatusWindow(1, 0, "DATUM2", "31.10.2004"); }), item_text("12", "31.10.2004"));
-  EXPECT_EQ(sent_by([] { StatusWindow(1, 0, "UHR", "12:00"); }), item_text("13", "12:00"));
-  EXPECT_EQ(runtime::trimmed(StatusText(1, 3)), "12:00");
+  EXPECT_EQ(sent_by([] { status_window(1, 9, "DATUM1", "01.11.2003"); }), item_text("11", "01.11.2003"));
+  EXPECT_EQ(sent_by([] { status_window(1, 0, "DATUM2", "31.10.2004"); }), item_text("12", "31.10.2004"));
+  EXPECT_EQ(sent_by([] { status_window(1, 0, "UHR", "12:00"); }), item_text("13", "12:00"));
+  EXPECT_EQ(runtime::trimmed(status_text(1, 3)), "12:00");
 }
 
 TEST_F(Dialogs, InitShowsABlankWindowWithACancelButton) {
-  sent_by([] { StatusWindow(1, 9, "NEW", "alt"); });
-  EXPECT_EQ(sent_by([] { StatusWindow(1, 0, "INIT", "KV_Akum "); }),
+  sent_by([] { status_window(1, 9, "NEW", "alt"); });
+  EXPECT_EQ(sent_by([] { status_window(1, 0, "INIT", "KV_Akum "); }),
             item_text("10", "Abbruch") +
                 "\x01"
                 "dialogbox_1_setmode\x02modeless\x03\x01"
                 "dialogbox_1_settitle\x02KV_Akum\x03");
-  EXPECT_EQ(StatusText(1, 9), std::string(10000, ' '));
-  EXPECT_EQ(StatusWindowHandle(1), 1);
+  EXPECT_EQ(status_text(1, 9), std::string(10000, ' '));
+  EXPECT_EQ(status_window_handle(1), 1);
 }
 
 TEST_F(Dialogs, DestroyForgetsTheWindow) {
   sent_by([] {
-    StatusWindow(1, 9, "NEW", "alt");
-    StatusWindow(2, 9, "NEW", "bleibt");
+    status_window(1, 9, "NEW", "alt");
+    status_window(2, 9, "NEW", "bleibt");
   });
-  EXPECT_EQ(sent_by([] { StatusWindow(1, 0, "DESTROY"); }), "");
-  EXPECT_EQ(StatusText(1, 9), "");
-  EXPECT_EQ(StatusWindowHandle(1), 0);
-  EXPECT_EQ(runtime::trimmed(StatusText(2, 9)), "bleibt");
+  EXPECT_EQ(sent_by([] { status_window(1, 0, "DESTROY"); }), "");
+  EXPECT_EQ(status_text(1, 9), "");
+  EXPECT_EQ(status_window_handle(1), 0);
+  EXPECT_EQ(runtime::trimmed(status_text(2, 9)), "bleibt");
 }
 
 TEST_F(Dialogs, StatusWindowOutsideItsRangesChangesNothing) {
   for (const std::int32_t window : {INT32_MIN, -1, 0, 100, INT32_MAX}) {
     for (const std::string_view action : {"INIT", "NEW", "UHR", "DESTROY"}) {
-      EXPECT_EQ(sent_by([&] { StatusWindow(window, 1, action, "x"); }), "");
+      EXPECT_EQ(sent_by([&] { status_window(window, 1, action, "x"); }), "");
     }
-    EXPECT_EQ(StatusText(window, 1), "");
+    EXPECT_EQ(status_text(window, 1), "");
   }
   for (const std::int32_t field : {INT32_MIN, -1, 0, 10, INT32_MAX}) {
     for (const std::string_view action : {"NEW", "APPEND", "REFRESH"}) {
-      EXPECT_EQ(sent_by([&] { StatusWindow(1, field, action, "x"); }), "");
+      EXPECT_EQ(sent_by([&] { status_window(1, field, action, "x"); }), "");
     }
   }
   for (const std::string_view action : {"", "new", "NEU", "Abbruch"}) {
-    EXPECT_EQ(sent_by([&] { StatusWindow(1, 1, action, "x"); }), "");
+    EXPECT_EQ(sent_by([&] { status_window(1, 1, action, "x"); }), "");
   }
-  EXPECT_EQ(StatusWindowHandle(1), 0);
-  sent_by([] { StatusWindow(1, 1, "NEW", "x"); });
-  EXPECT_EQ(StatusText(1, 0), "");
-  EXPECT_EQ(StatusText(1, 10), "");
+  EXPECT_EQ(status_window_handle(1), 0);
+  sent_by([] { status_window(1, 1, "NEW", "x"); });
+  EXPECT_EQ(status_text(1, 0), "");
+  EXPECT_EQ(status_text(1, 10), "");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "m_System.h"
+#include "m_System/m_System.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,10 +12,10 @@
 #include <string>
 #include <string_view>
 
-#include "array.h"
-#include "m_WLM_error.h"
-#include "units.h"
-#include "variant_files.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "runtime/array.h"
+#include "runtime/units.h"
+#include "tests/variant_files.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "m_WLM_error.h"
+#include "m_WLM_error/m_WLM_error.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,16 +8,16 @@
 #include <string_view>
 #include <vector>
 
-#include "catalogue/entry.h"
-#include "units.h"
-#include "variant_files.h"
+#include "m_WLM_error/catalogue/entry.h"
+#include "runtime/units.h"
+#include "tests/variant_files.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using m_WLM_error::ErrorLevel;
 using m_WLM_error::MessageDispatcher;
-using m_WLM_error::Report;
+using m_WLM_error::report;
 using testing::ElementsAre;
 using variant_files::german;
 using variant_files::Lines;
@@ -100,9 +100,9 @@ TEST_F(Dispatcher, TheLevelOnlyRises) {
 TEST_F(Dispatcher, ReportStoresWhatTheDispatcherReturns) {
   start_protocol();
   EXPECT_EQ(ErrorLevel, 0);
-  Report("Y04");
+  report("Y04");
   EXPECT_EQ(ErrorLevel, 2);
-  Report("ErrorLevel", {.int1 = 1});
+  report("ErrorLevel", {.int1 = 1});
   EXPECT_EQ(ErrorLevel, 1);
   // Without Report the run's level stays.
   MessageDispatcher("Y04");

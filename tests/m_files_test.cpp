@@ -1,13 +1,13 @@
-#include "m_files.h"
+#include "m_files/m_files.h"
 
 #include <gmock/gmock.h>
 
 #include <string>
 #include <vector>
 
-#include "cp1252.h"
-#include "suite_host.h"
-#include "units.h"
+#include "runtime/cp1252.h"
+#include "runtime/units.h"
+#include "tests/suite_host.h"
 
 namespace m_files {
 namespace {

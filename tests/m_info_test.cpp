@@ -1,12 +1,12 @@
-#include "m_info.h"
+#include "m_info/m_info.h"
 
 #include <gmock/gmock.h>
 
 #include <limits>
 #include <string>
 
-#include "suite_host.h"
-#include "units.h"
+#include "runtime/units.h"
+#include "tests/suite_host.h"
 
 namespace m_info {
 namespace {

@@ -1,4 +1,4 @@
-#include "m_strings.h"
+#include "m_strings/m_strings.h"
 
 #include <gmock/gmock.h>
 
@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "cp1252.h"
-#include "suite_host.h"
-#include "units.h"
+#include "runtime/cp1252.h"
+#include "runtime/units.h"
+#include "tests/suite_host.h"
 
 namespace m_strings {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "host.h"
+#include "runtime/host.h"
 
 /// Stands in for the machine's host as long as it lives: files stand in memory, in one folder, so that
 /// thousands of small runs cost no disk. Standard output and error are kept.

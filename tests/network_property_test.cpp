@@ -10,12 +10,12 @@
 #include <string_view>
 #include <vector>
 
-#include "KV_Akum.h"
-#include "dice.h"
-#include "m_WLM_error.h"
-#include "memory_host.h"
-#include "units.h"
-#include "variant_files.h"
+#include "KV_Akum/KV_Akum.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "runtime/units.h"
+#include "tests/dice.h"
+#include "tests/memory_host.h"
+#include "tests/variant_files.h"
 
 namespace {
 

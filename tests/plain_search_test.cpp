@@ -12,18 +12,18 @@
 #include <string_view>
 #include <vector>
 
-#include "dice.h"
-#include "fixed_text.h"
-#include "m_Bauwerke.h"
-#include "m_Einleiter.h"
-#include "m_Gerinne.h"
-#include "m_System.h"
-#include "m_WLM_error.h"
-#include "m_strings.h"
-#include "memory_host.h"
-#include "record_search.h"
-#include "units.h"
-#include "variant_files.h"
+#include "m_Bauwerke/m_Bauwerke.h"
+#include "m_Einleiter/m_Einleiter.h"
+#include "m_Gerinne/m_Gerinne.h"
+#include "m_System/m_System.h"
+#include "m_System/record_search.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "m_strings/m_strings.h"
+#include "runtime/fixed_text.h"
+#include "runtime/units.h"
+#include "tests/dice.h"
+#include "tests/memory_host.h"
+#include "tests/variant_files.h"
 
 namespace {
 

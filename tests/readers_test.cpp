@@ -8,15 +8,15 @@
 #include <string_view>
 #include <vector>
 
-#include "array.h"
-#include "m_Bauwerke.h"
-#include "m_Einleiter.h"
-#include "m_Gerinne.h"
-#include "m_System.h"
-#include "m_WLM_error.h"
-#include "name_index.h"
-#include "units.h"
-#include "variant_files.h"
+#include "m_Bauwerke/m_Bauwerke.h"
+#include "m_Einleiter/m_Einleiter.h"
+#include "m_Gerinne/m_Gerinne.h"
+#include "m_System/m_System.h"
+#include "m_System/name_index.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "runtime/array.h"
+#include "runtime/units.h"
+#include "tests/variant_files.h"
 
 namespace {
 
@@ -297,7 +297,7 @@ TEST_F(AreaTest, ARepeatedValueEndsTheReader) {
 
 TEST_F(AreaTest, AWarningFromBeforeDoesNot) {
   elements({"N1"});
-  m_WLM_error::Report("W01");
+  m_WLM_error::report("W01");
   read_natural({area_line("N1", "1.5")});
   EXPECT_EQ(ErrorLevel, 1);
   EXPECT_EQ(source_tables.area.at(1), 1.5F);
@@ -414,7 +414,7 @@ TEST_F(ReachTest, TheReaderGivesUp) {
     EXPECT_EQ(shown.output(), error_notice("Die Datei v.trs existiert nicht."));
     EXPECT_EQ(ErrorLevel, 3);
   }
-  m_WLM_error::Report("ErrorLevel", {.int1 = 0});
+  m_WLM_error::report("ErrorLevel", {.int1 = 0});
   read({reach_line("T1", "1.5", "x"), station_line("1"), reach_line("T1", "1.5", "x")});
   EXPECT_THAT(protocol_codes(), ElementsAre("A14"));
   EXPECT_EQ(ErrorLevel, 2);
@@ -533,7 +533,7 @@ TEST_F(BranchingTest, TheReaderGivesUp) {
     EXPECT_EQ(shown.output(), error_notice("Die Datei v.ver existiert nicht."));
     EXPECT_EQ(ErrorLevel, 3);
   }
-  m_WLM_error::Report("ErrorLevel", {.int1 = 0});
+  m_WLM_error::report("ErrorLevel", {.int1 = 0});
   const std::string value_line = columns_line({{4, "V1"}, {11, "1"}, {22, "1.5"}});
   read({value_line, value_line});
   EXPECT_THAT(protocol_codes(), ElementsAre("A14"));

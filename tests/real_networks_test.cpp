@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "variant_files.h"
+#include "tests/variant_files.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "blocks.h"
+#include "runtime/blocks.h"
 
 #include <gtest/gtest.h>
 

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "edit_output.h"
-#include "format.h"
-#include "units.h"
+#include "runtime/edit_output.h"
+#include "runtime/format.h"
+#include "runtime/units.h"
 
 namespace {
 

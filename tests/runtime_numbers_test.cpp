@@ -15,10 +15,10 @@
 #include <string_view>
 #include <vector>
 
-#include "arithmetic.h"
-#include "edit_input.h"
-#include "edit_output.h"
-#include "put_fields.h"
+#include "runtime/arithmetic.h"
+#include "runtime/edit_input.h"
+#include "runtime/edit_output.h"
+#include "runtime/put_fields.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <string>
 
-#include "paths.h"
-#include "test_files.h"
-#include "units.h"
+#include "runtime/paths.h"
+#include "runtime/units.h"
+#include "tests/test_files.h"
 
 namespace {
 

@@ -7,15 +7,15 @@
 #include <string_view>
 #include <system_error>
 
-#include "arguments.h"
-#include "array.h"
-#include "command.h"
-#include "cp1252.h"
-#include "host.h"
-#include "stop.h"
-#include "test_files.h"
-#include "test_host.h"
-#include "units.h"
+#include "runtime/arguments.h"
+#include "runtime/array.h"
+#include "runtime/command.h"
+#include "runtime/cp1252.h"
+#include "runtime/host.h"
+#include "runtime/stop.h"
+#include "runtime/units.h"
+#include "tests/test_files.h"
+#include "tests/test_host.h"
 
 namespace {
 

@@ -16,11 +16,11 @@
 #include <string_view>
 #include <vector>
 
-#include "cp1252.h"
-#include "test_files.h"
-#include "test_host.h"
-#include "units.h"
-#include "write_record.h"
+#include "runtime/cp1252.h"
+#include "runtime/units.h"
+#include "runtime/write_record.h"
+#include "tests/test_files.h"
+#include "tests/test_host.h"
 
 namespace {
 

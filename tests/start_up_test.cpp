@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "KV_Akum.h"
-#include "arguments.h"
+#include "KV_Akum/KV_Akum.h"
+#include "runtime/arguments.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <system_error>
 #include <vector>
 
-#include "host.h"
-#include "test_files.h"
+#include "runtime/host.h"
+#include "tests/test_files.h"
 
 /// What the tests of the suite's services stand on: an empty working folder and a host with the suite's
 /// command interpreter and clock.

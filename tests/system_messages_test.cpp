@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "m_WLM_error.h"
-#include "variant_files.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "tests/variant_files.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <system_error>
 
-#include "host.h"
+#include "runtime/host.h"
 
 /// The calls of a host that a test can make fail.
 enum class HostCall : std::uint8_t { open, facts, read, write, seek, truncate, close, remove };

@@ -1,4 +1,4 @@
-#include "variant_files.h"
+#include "tests/variant_files.h"
 
 #include <algorithm>
 #include <array>
@@ -9,19 +9,19 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "KV_Akum.h"
-#include "arguments.h"
-#include "array.h"
-#include "cp1252.h"
-#include "fixed_text.h"
-#include "m_Bauwerke.h"
-#include "m_Einleiter.h"
-#include "m_Gerinne.h"
-#include "m_ScrenixQt.h"
-#include "m_System.h"
-#include "m_WLM_error.h"
-#include "paths.h"
-#include "units.h"
+#include "KV_Akum/KV_Akum.h"
+#include "m_Bauwerke/m_Bauwerke.h"
+#include "m_Einleiter/m_Einleiter.h"
+#include "m_Gerinne/m_Gerinne.h"
+#include "m_ScrenixQt/m_ScrenixQt.h"
+#include "m_System/m_System.h"
+#include "m_WLM_error/m_WLM_error.h"
+#include "runtime/arguments.h"
+#include "runtime/array.h"
+#include "runtime/cp1252.h"
+#include "runtime/fixed_text.h"
+#include "runtime/paths.h"
+#include "runtime/units.h"
 
 namespace variant_files {
 namespace {
@@ -188,7 +188,7 @@ void start_afresh() {
 
 void start_protocol() {
   runtime::close_all();
-  m_WLM_error::Report("INIT", {.text1 = "v.pkl", .text2 = "KARVOS"});
+  m_WLM_error::report("INIT", {.text1 = "v.pkl", .text2 = "KARVOS"});
 }
 
 Lines protocol_lines() {

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host.h"
-#include "test_files.h"
+#include "runtime/host.h"
+#include "tests/test_files.h"
 
 /// What the tests of the rooms share: a working folder of their own, files of fixed columns, the network of a
 /// variant, and what the program shows.

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "catalogue/entry.h"
+#include "m_WLM_error/catalogue/entry.h"
 
 namespace {
 

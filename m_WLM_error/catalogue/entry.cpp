@@ -1,8 +1,8 @@
-#include "catalogue/entry.h"
+#include "m_WLM_error/catalogue/entry.h"
 
 #include <algorithm>
 
-#include "fixed_text.h"
+#include "runtime/fixed_text.h"
 
 namespace m_WLM_error::catalogue {
 namespace {

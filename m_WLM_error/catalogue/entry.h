@@ -6,8 +6,8 @@
 #include <span>
 #include <string_view>
 
-#include "edit_output.h"
-#include "format.h"
+#include "runtime/edit_output.h"
+#include "runtime/format.h"
 
 /// The message catalogue as data: a row is one entry, a group is a table of rows.
 namespace m_WLM_error::catalogue {

@@ -1,4 +1,4 @@
-#include "catalogue/entry.h"
+#include "m_WLM_error/catalogue/entry.h"
 
 // Checks by the water-quality guideline (Leitfaden).
 

@@ -1,4 +1,4 @@
-#include "catalogue/entry.h"
+#include "m_WLM_error/catalogue/entry.h"
 
 // Inflows and hydrographs, discharge files, basins, iterations, files and databases.
 

@@ -1,4 +1,4 @@
-#include "catalogue/entry.h"
+#include "m_WLM_error/catalogue/entry.h"
 
 // The network: reaches, branchings, control functions, limits of the model, calculation variants, control
 // files.

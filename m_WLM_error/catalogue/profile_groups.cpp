@@ -1,4 +1,4 @@
-#include "catalogue/entry.h"
+#include "m_WLM_error/catalogue/entry.h"
 
 // Profiles: profile tables and files, special profiles, blockages, the relation of discharges to profiles.
 

@@ -1,4 +1,4 @@
-#include "catalogue/entry.h"
+#include "m_WLM_error/catalogue/entry.h"
 
 // The system logic, its warnings, weirs and assignments to data structures.
 

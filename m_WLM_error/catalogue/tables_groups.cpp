@@ -1,4 +1,4 @@
-#include "catalogue/entry.h"
+#include "m_WLM_error/catalogue/entry.h"
 
 // Tables: elements, areas, catchments, annual cycles, characteristic curves, rain.
 
