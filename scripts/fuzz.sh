@@ -11,7 +11,7 @@ if ! [[ $seconds =~ ^[1-9][0-9]*$ ]]; then
 fi
 
 scripts/install-tools.sh g++ clang libclang-rt-dev cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev
-cmake --preset fuzz -DKV_TESTS=ON
+cmake --preset fuzz -DKV_TESTS=ON -DKV_SCHAU=OFF
 cmake --build --preset fuzz
 
 findings=build/fuzz/findings

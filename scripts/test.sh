@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 scripts/install-tools.sh g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev \
-  clang-format clang-tidy
+  clang-format clang-tidy libcli11-dev libfmt-dev nlohmann-json3-dev libboost1.81-dev
 
 jobs=$(nproc)
 
