@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "KV_Schau/network/order.h"
 #include "KV_Schau/rules/unseen.h"
@@ -43,8 +44,27 @@ Context::Context(const variant::Variant& checked)
       flow(network::accumulate(checked, network, order, records, taken)),
       fields(noteworthy_fields(checked)),
       near_elements(find_near_elements(checked, names_without_element(checked, network))) {
+  gather_elements();
+  gather_lines();
+}
+
+void Context::gather_elements() {
+  for (Element i = 1; i <= network.count(); ++i) {
+    const char type = variant.type(i);
+    ++type_counts[static_cast<unsigned char>(type)];
+    const std::optional<FileId> file = variant::data_file_of(type);
+    if (!file || !is_readable(*this, *file)) continue;
+    if (records.line[i] == 0) {
+      without_record.push_back(i);
+    } else if (type == 'T' && network::is_kind_2(variant.file(FileId::trs).line(records.line[i]))) {
+      kind_2_reaches.push_back(i);
+    }
+  }
+}
+
+void Context::gather_lines() {
   for (const FileId id : input_files) {
-    const variant::TextFile& file = checked.file(id);
+    const variant::TextFile& file = variant.file(id);
     const auto position = static_cast<std::size_t>(id);
     if (file.has_high_bytes()) high_lines[position] = lines_with(file, is_high);
     if (may_hold_unseen(file)) unseen_lines[position] = lines_with(file, is_unseen);
@@ -92,11 +112,12 @@ bool is_readable(const Context& context, FileId file) {
   return text.was_read() && text.encoding() != variant::Encoding::utf_16;
 }
 
+std::uint32_t users_of(const Context& context, FileId data_file) {
+  return context.type_counts[static_cast<unsigned char>(variant::type_of_file(data_file))];
+}
+
 bool is_asked_for(const Context& context, FileId data_file) {
-  const char type = variant::type_of_file(data_file);
-  const auto& names = context.variant.names;
-  return std::any_of(names.begin() + 1, names.end(),
-                     [&](variant::NameKey name) { return variant::letter_of(name) == type; });
+  return users_of(context, data_file) > 0;
 }
 
 }  // namespace schau::rules

@@ -38,14 +38,14 @@ std::string upper(std::string_view text) {
   return result;
 }
 
-// A word of a line: what stands between blanks, tabs and non-breaking blanks.
+// A word of a line: what stands between blanks and characters that nobody sees.
 struct Word {
   std::string_view text;
   std::uint32_t column = 0;  // from 1
 };
 
 bool is_gap(char character) {
-  return character == ' ' || character == '\t' || character == '\xA0';
+  return character == ' ' || is_unseen(character);
 }
 
 constexpr std::size_t most_words = 24;
@@ -88,7 +88,8 @@ class Finder {
 
   std::optional<NearElement> examine(std::uint32_t number, std::string_view line) const {
     constexpr std::uint32_t first_column = 17;
-    const std::vector<Word> words = words_from(line, first_column);
+    const bool has_tab = line.find('\t') != std::string_view::npos;
+    const std::vector<Word> words = split_names(words_from(line, has_tab ? 1 : first_column));
     const std::optional<std::size_t> name = position_of_name(words, line);
     if (!name) return std::nullopt;
     NearElement found = cause_of(words, *name, line);
@@ -104,6 +105,22 @@ class Finder {
            (variant_.elements.first(name) != 0 || missing_.contains(name));
   }
   [[nodiscard]] bool is_name(std::string_view text) const { return has_form_of_name(text) || is_known(text); }
+
+  // Two names without a blank between them are two words.
+  [[nodiscard]] std::vector<Word> split_names(const std::vector<Word>& words) const {
+    std::vector<Word> result;
+    for (const Word& word : words) {
+      const std::string_view first = word.text.substr(0, variant::name_length);
+      const std::string_view second = word.text.substr(first.size());
+      if (second.size() == variant::name_length && is_name(first) && is_name(second)) {
+        result.push_back({first, word.column});
+        result.push_back({second, word.column + static_cast<std::uint32_t>(first.size())});
+      } else {
+        result.push_back(word);
+      }
+    }
+    return result;
+  }
 
   // The word nearest to the columns of the name that can be one and has nothing but names behind it. A tab
   // can have moved it anywhere.

@@ -33,10 +33,6 @@ Place place_of(const Context& context, Element element) {
   return variant::place_of_element(context.variant, element);
 }
 
-bool is_blank_field(const Context& context, Element element, Span field) {
-  return variant::is_blank(field.of(context.variant.element_line(element)));
-}
-
 std::string line_of(const Context& context, Element element) {
   return line_words(context.variant.element_lines[element]);
 }
@@ -56,9 +52,9 @@ void check_repeated_names(const Context& context, Sink& sink) {
 void check_inflows_of_sources(const Context& context, Sink& sink) {
   for (Element i = 1; i <= context.network.count(); ++i) {
     if (!m_System::type_of(context.variant.type(i)).is_source()) continue;
-    for (const Span field : columns::inflow) {
-      if (is_blank_field(context, i, field)) continue;
-      sink.add(place_of_field(context, i, field),
+    for (std::size_t k = 0; k < columns::inflow.size(); ++k) {
+      if (!context.network.given[i].inflow[k]) continue;
+      sink.add(place_of_field(context, i, columns::inflow[k]),
                fmt::format("{} ist eine Quelle und darf keinen Zulauf haben", name_of(context, i)));
     }
   }
@@ -67,19 +63,10 @@ void check_inflows_of_sources(const Context& context, Sink& sink) {
 void check_missing_inflows(const Context& context, Sink& sink) {
   for (Element i = 1; i <= context.network.count(); ++i) {
     if (m_System::type_of(context.variant.type(i)).is_source()) continue;
-    if (!is_blank_field(context, i, columns::inflow[0])) continue;
+    if (context.network.given[i].inflow[0]) continue;
     sink.add(place_of_field(context, i, columns::inflow[0]),
              fmt::format("{} hat keinen Zulauf", name_of(context, i)));
   }
-}
-
-struct Outflows {
-  bool first = false;
-  bool second = false;
-};
-
-Outflows outflows_of(const Context& context, Element i) {
-  return {!is_blank_field(context, i, columns::outflow[0]), !is_blank_field(context, i, columns::outflow[1])};
 }
 
 bool is_structure(const Context& context, Element i) {
@@ -88,9 +75,9 @@ bool is_structure(const Context& context, Element i) {
 
 void check_missing_outflows(const Context& context, Sink& sink) {
   for (Element i = 1; i <= context.network.count(); ++i) {
-    const Outflows outflows = outflows_of(context, i);
+    const auto& given = context.network.given[i].outflow;
     const bool is_branching = context.variant.type(i) == 'V';
-    const bool is_missing = is_branching ? !outflows.first && !outflows.second : !outflows.first;
+    const bool is_missing = !given[0] && (!is_branching || !given[1]);
     if (!is_missing || (is_structure(context, i) && !is_branching)) continue;
     sink.add(place_of_field(context, i, columns::outflow[0]),
              fmt::format("{} hat keinen Ablauf", name_of(context, i)));
@@ -99,7 +86,7 @@ void check_missing_outflows(const Context& context, Sink& sink) {
 
 void check_second_outflows(const Context& context, Sink& sink) {
   for (Element i = 1; i <= context.network.count(); ++i) {
-    if (is_structure(context, i) || is_blank_field(context, i, columns::outflow[1])) continue;
+    if (is_structure(context, i) || !context.network.given[i].outflow[1]) continue;
     sink.add(place_of_field(context, i, columns::outflow[1]),
              fmt::format("{} darf nur einen Ablauf haben", name_of(context, i)));
   }
@@ -107,8 +94,8 @@ void check_second_outflows(const Context& context, Sink& sink) {
 
 void check_tags(const Context& context, Sink& sink) {
   for (Element i = 1; i <= context.network.count(); ++i) {
-    if (!is_structure(context, i) || is_blank_field(context, i, columns::tag3)) continue;
-    if (!is_blank_field(context, i, columns::tag7)) continue;
+    const network::Network::Given& given = context.network.given[i];
+    if (!is_structure(context, i) || !given.tag3 || given.tag7) continue;
     sink.add(place_of_field(context, i, columns::tag7),
              fmt::format("{} hat in den Spalten 4 bis 6 eine Kennung, aber keine in den Spalten 8 bis 14; "
                          "KV_Akum meldet Y12",
@@ -126,8 +113,8 @@ std::string loss_words(const Context& context, Element i) {
 
 void check_first_outflow_missing(const Context& context, Sink& sink) {
   for (Element i = 1; i <= context.network.count(); ++i) {
-    const Outflows outflows = outflows_of(context, i);
-    if (!is_structure(context, i) || outflows.first || !outflows.second) continue;
+    const auto& given = context.network.given[i].outflow;
+    if (!is_structure(context, i) || given[0] || !given[1]) continue;
     sink.add(place_of_field(context, i, columns::outflow[0]),
              fmt::format("{} hat keinen ersten Ablauf{}", name_of(context, i), loss_words(context, i)));
   }
@@ -135,8 +122,8 @@ void check_first_outflow_missing(const Context& context, Sink& sink) {
 
 void check_second_outflow_missing(const Context& context, Sink& sink) {
   for (Element i = 1; i <= context.network.count(); ++i) {
-    const Outflows outflows = outflows_of(context, i);
-    if (!is_structure(context, i) || !outflows.first || outflows.second) continue;
+    const auto& given = context.network.given[i].outflow;
+    if (!is_structure(context, i) || !given[0] || given[1]) continue;
     sink.add(place_of_field(context, i, columns::outflow[1]),
              fmt::format("{} hat keinen zweiten Ablauf{}", name_of(context, i), loss_words(context, i)));
   }
@@ -144,8 +131,8 @@ void check_second_outflow_missing(const Context& context, Sink& sink) {
 
 void check_basins_without_outflow(const Context& context, Sink& sink) {
   for (Element i = 1; i <= context.network.count(); ++i) {
-    const Outflows outflows = outflows_of(context, i);
-    if (context.variant.type(i) != 'B' || outflows.first || outflows.second) continue;
+    const auto& given = context.network.given[i].outflow;
+    if (context.variant.type(i) != 'B' || given[0] || given[1]) continue;
     sink.add(place_of_field(context, i, columns::outflow[0]),
              fmt::format("Das Becken {} hat keinen Ablauf{}", name_of(context, i), loss_words(context, i)));
   }

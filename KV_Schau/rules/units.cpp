@@ -270,7 +270,7 @@ void check_unit_by_search(const Context& context, Sink& sink) {
     if (context.records.line[i] == 0 || (file != FileId::nfl && file != FileId::kfl)) continue;
     const AreaUnit shown = unit_behind(context, *file, context.records.line[i]);
     if (shown == context.records.unit[i]) continue;
-    sink.add(place_of_area(context, *file, context.records.line[i]),
+    sink.add(place_of_area(context, *file, i),
              fmt::format("Für {} gilt {}, nicht {}: KV_Akum sucht die Zeilen in der Reihenfolge des Systems, "
                          "und die letzte "
                          "Einheit auf diesem Weg ist {}",

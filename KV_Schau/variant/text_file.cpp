@@ -113,6 +113,7 @@ void TextFile::count_line_ends(bool has_cr) {
     const bool last_is_open = line_end(line_count()) == LineEnd::none;
     count(LineEnd::none) = last_is_open ? 1 : 0;
     count(LineEnd::lf) = line_count() - count(LineEnd::none);
+    ends_with_lf_only_ = !last_is_open;
     return;
   }
   for (std::uint32_t number = 1; number <= line_count(); ++number) ++count(line_end(number));
@@ -130,6 +131,7 @@ LineEnd TextFile::line_end(std::uint32_t number) const {
 std::string_view TextFile::line(std::uint32_t number) const {
   static constexpr std::size_t end_length[] = {0, 1, 2, 1};
   const std::size_t begin = line_begins_[number - 1];
+  if (ends_with_lf_only_) return {bytes_.get() + begin, line_begins_[number] - begin - 1};
   const std::size_t cut = end_length[static_cast<std::size_t>(line_end(number))];
   return bytes().substr(begin, line_begins_[number] - begin - cut);
 }
