@@ -100,7 +100,7 @@ std::string line_words(const Context& context, FileId file, std::uint32_t line) 
 }
 
 std::string number_words(double number) {
-  return fmt::format("{:g}", number);
+  return fmt::format("{:.10g}", number);
 }
 
 std::string area_words(double area) {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "KV_Schau/rules/rule.h"
+#include "KV_Schau/rules/unseen.h"
 
 namespace schau::rules {
 namespace {
@@ -127,8 +128,9 @@ void check_others(const Context& context, Sink& sink) {
 
 // Names that go on beside their five columns.
 
+// What nobody sees is no part of a name to a person.
 bool holds(std::string_view line, std::uint32_t column) {
-  return column >= 1 && column <= line.size() && line[column - 1] != ' ';
+  return column >= 1 && column <= line.size() && line[column - 1] != ' ' && !is_unseen(line[column - 1]);
 }
 
 // The columns of what stands in a field and touches it on either side; the field itself when nothing does.

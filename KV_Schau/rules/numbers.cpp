@@ -97,8 +97,8 @@ std::string meant_number(const Field& field) {
 void check_cut(const Context& context, Sink& sink) {
   for_each_fault(context, FieldFault::cut, [&](const Field& field) {
     sink.add(field.place(),
-             fmt::format("{} {} steht nicht in ihren Spalten; {}", subject_words(field.kind),
-                         quoted(context, field), reading_words(field)),
+             fmt::format("{} {} steht nicht {}; {}", subject_words(field.kind), quoted(context, field),
+                         in_its_columns(field.kind), reading_words(field)),
              meant_number(field));
   });
 }

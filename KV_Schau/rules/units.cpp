@@ -110,7 +110,7 @@ struct IneffectiveUnit {
   std::uint32_t line = 0;
   Word word;
   AreaUnit meant = AreaUnit::qkm;
-  bool in_columns = false;
+  bool is_word = false;  ///< the right word, but not within its columns
   bool matters = false;  ///< another unit is in force
 };
 
@@ -118,13 +118,12 @@ std::optional<IneffectiveUnit> ineffective_unit(const Context& context, FileId f
   const std::string_view line = context.variant.file(file).line(number).substr(0, columns::line_width);
   if (variant::unit_set_by(line)) return std::nullopt;
   std::optional<Word> word = word_over_unit_columns(line);
-  const bool in_columns = word.has_value();
-  if (!in_columns) word = only_word(line);
+  if (!word) word = only_word(line);
   if (!word) return std::nullopt;
   const std::optional<AreaUnit> meant = unit_meant_by(word->text);
   if (!meant) return std::nullopt;
-  return IneffectiveUnit{file,   number,     *word,
-                         *meant, in_columns, unit_behind(context, file, number) != *meant};
+  const bool is_word = without_brackets(word->text) == variant::word_of(*meant);
+  return IneffectiveUnit{file, number, *word, *meant, is_word, unit_behind(context, file, number) != *meant};
 }
 
 template <class Report>
@@ -140,7 +139,7 @@ void for_each_ineffective_unit(const Context& context, const Report& report) {
 
 void check_unknown_units(const Context& context, Sink& sink) {
   for_each_ineffective_unit(context, [&](const IneffectiveUnit& unit) {
-    if (!unit.in_columns || !unit.matters) return;
+    if (unit.is_word || !unit.matters) return;
     sink.add(place_of(unit.file, unit.line, unit.word),
              fmt::format("\"{}\" ist für KV_Akum kein Einheitenwort; es gilt weiter {}",
                          shown_word(context, unit.file, unit.word),
@@ -151,9 +150,9 @@ void check_unknown_units(const Context& context, Sink& sink) {
 
 void check_misplaced_units(const Context& context, Sink& sink) {
   for_each_ineffective_unit(context, [&](const IneffectiveUnit& unit) {
-    if (unit.in_columns || !unit.matters) return;
+    if (!unit.is_word || !unit.matters) return;
     sink.add(place_of(unit.file, unit.line, unit.word),
-             fmt::format("Die Einheit \"{}\" steht nicht in den Spalten 11 bis 15; es gilt weiter {}",
+             fmt::format("Die Einheit \"{}\" steht nicht ganz in den Spalten 11 bis 15; es gilt weiter {}",
                          shown_word(context, unit.file, unit.word),
                          variant::word_of(unit_behind(context, unit.file, unit.line))));
   });
