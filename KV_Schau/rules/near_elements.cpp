@@ -136,9 +136,14 @@ class Finder {
     for (std::size_t k = 0; k < words.size(); ++k) {
       if (!has_tab && distance(words[k]) > farthest) continue;
       if (best && distance(words[k]) >= distance(words[*best])) continue;
-      if (is_name(words[k].text) && has_only_names_behind(words, k)) best = k;
+      if (is_missed(words[k]) || (is_name(words[k].text) && has_only_names_behind(words, k))) best = k;
     }
     return best;
+  }
+
+  // In the columns of the name stands one that the variant speaks of elsewhere, and that nobody bears.
+  [[nodiscard]] bool is_missed(const Word& word) const {
+    return word.column == columns::name.first && missing_.contains(variant::name_of(word.text));
   }
 
   // At least one link; the name itself must not be borne by an element already. Numbers alone are no names:

@@ -252,6 +252,19 @@ void check_areas_before_unit(const Context& context, Sink& sink) {
   }
 }
 
+void check_default_unit(const Context& context, Sink& sink) {
+  for (const FileId file : area_files) {
+    const FileId other = file == FileId::nfl ? FileId::kfl : FileId::nfl;
+    const bool has_unit = !unit_lines(context, file).empty() || first_unit(context, file) != AreaUnit::qkm;
+    if (has_unit || unit_lines(context, other).empty() || !is_asked_for(context, other)) continue;
+    const EarlyAreas areas = areas_before_unit(context, file);
+    if (areas.first == 0) continue;
+    sink.add(place_of_area(context, file, areas.first),
+             fmt::format("In dieser Datei steht keine Einheit, anders als in {}; KV_Akum nimmt qkm",
+                         context.variant.file(other).shown()));
+  }
+}
+
 void check_inherited_unit(const Context& context, Sink& sink) {
   const AreaUnit unit = context.records.inherited_unit;
   if (unit == AreaUnit::qkm || !is_readable(context, FileId::kfl)) return;
@@ -321,7 +334,7 @@ void check_magnitude(const Context& context, Sink& sink) {
   }
 }
 
-constexpr std::array<CheckedRule, 8> rules = {{
+constexpr std::array<CheckedRule, 9> rules = {{
     {{"einheit-unbekannt", Severity::error,
       "Wort, das eine Einheit sein soll (Ha, km2, m²), aber keine setzt: die alte gilt weiter"},
      check_unknown_units},
@@ -337,6 +350,9 @@ constexpr std::array<CheckedRule, 8> rules = {{
     {{"einheit-geerbt", Severity::warning,
       "Kanalisierte Flächen ohne eigene Einheit: die letzte der .nfl gilt weiter"},
      check_inherited_unit},
+    {{"einheit-vorgabe", Severity::note,
+      "Datei ohne Einheit, während die andere Flächendatei Einheiten hat: gilt als km²"},
+     check_default_unit},
     {{"einheit-durch-suche", Severity::warning,
       "Fläche, für die wegen der Reihenfolge der Zeilen eine andere Einheit gilt, als über ihr steht"},
      check_unit_by_search},

@@ -67,6 +67,10 @@ std::vector<RuleCase> element_line_cases() {
        {"sys:9:36+5"},
        "keinem der Typbuchstaben"},
       {"unbekannter-typ", "in a link", [](Bed& bed) { bed.put(FileId::sys, 7, 44, "Z"); }, {"sys:7:44+5"}},
+      {"unbekannter-typ",
+       "a word for the end of the system",
+       [](Bed& bed) { bed.put(FileId::sys, 12, 64, "Meer"); },
+       {"sys:12:64+4"}},
       {"z-element",
        "a line of its own",
        [](Bed& bed) {

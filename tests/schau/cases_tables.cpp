@@ -110,6 +110,20 @@ std::vector<RuleCase> unit_cases() {
          bed.erase(FileId::kfl, 2);
          bed.line(FileId::nfl, 4) = "          qkm";
        }},
+      {"einheit-vorgabe",
+       "no unit line where the natural areas have one",
+       [](Bed& bed) {
+         bed.erase(FileId::kfl, 2);
+         bed.line(FileId::nfl, 4) = "          qkm";
+       },
+       {"kfl:2:11+5"},
+       "keine Einheit, anders als in netz.nfl; KV_Akum nimmt qkm",
+       "",
+       [](Bed& bed) {
+         bed.erase(FileId::kfl, 2);
+         bed.erase(FileId::nfl, 4);
+         bed.erase(FileId::nfl, 2);
+       }},
       {"einheit-durch-suche",
        "a unit at the end of the file",
        turn_areas_round,
