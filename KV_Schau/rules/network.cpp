@@ -249,9 +249,13 @@ void check_earlier_outflows(const Context& context, Sink& sink) {
 void check_one_sided_inflows(const Context& context, Sink& sink) {
   for_each_inflow(context, [&](Element i, Element j, std::size_t k) {
     if (context.network.names_outflow(j, i)) return;
-    sink.add(place_of_field(context, i, columns::inflow[k]),
-             fmt::format("{} ist hier Zulauf von {}, nennt es in {} aber nicht als Ablauf",
-                         name_of(context, j), name_of(context, i), line_of(context, j)));
+    const std::string text =
+        j == context.network.outlet()
+            ? fmt::format("{} ist das letzte Element und damit der Auslass; es kann nicht Zulauf von {} sein",
+                          name_of(context, j), name_of(context, i))
+            : fmt::format("{} ist hier Zulauf von {}, nennt es in {} aber nicht als Ablauf",
+                          name_of(context, j), name_of(context, i), line_of(context, j));
+    sink.add(place_of_field(context, i, columns::inflow[k]), text);
   });
 }
 

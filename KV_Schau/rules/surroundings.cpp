@@ -59,11 +59,9 @@ void check_suppression(const Context& context, Sink& sink) {
   if (!context.variant.file(FileId::suppression).was_read()) return;
   const std::vector<std::string_view> found = suppressed_codes(context);
   if (found.empty()) return;
-  sink.add(
-      place_of_list(context),
-      fmt::format(
-          "Diese Liste unterdrückt {}: KV_Akum meldet das nicht und kann eine fehlerhafte Variante rechnen",
-          fmt::join(found, ", ")));
+  sink.add(place_of_list(context), fmt::format("Diese Liste unterdrückt {}; KV_Akum meldet das nicht und "
+                                               "rechnet womöglich eine fehlerhafte Variante",
+                                               fmt::join(found, ", ")));
 }
 
 void check_idle_suppression(const Context& context, Sink& sink) {

@@ -235,7 +235,7 @@ TEST(BalanceText, sums_up_the_smaller_losses) {
             "  Differenz                       14.900         0.000         0.000        14.900\n"
             "    bei N0010                     12.400         0.000         0.000        12.400\n"
             "      netz.sys:3: kein Element nimmt es als Zulauf auf\n"
-            "    bei 1 weiteren                 2.500         0.000         0.000         2.500\n"
+            "    bei einem weiteren             2.500         0.000         0.000         2.500\n"
             "  nicht enthalten, da ohne Zeile in ihrer Datei: 1 (K0010)\n");
 }
 
