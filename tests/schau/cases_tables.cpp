@@ -312,7 +312,7 @@ std::vector<RuleCase> surroundings_cases() {
          bed.surroundings.younger_input = "netz.kfl";
        },
        {"Akum"},
-       "es ist älter als netz.kfl"},
+       "Ergebnis eines früheren Laufs (älter als netz.kfl)"},
       {"altes-protokoll", "there is one", [](Bed& bed) { bed.surroundings.protocol = true; }, {"pkl"}},
       {"ergebnis-verweis",
        "to another file",
