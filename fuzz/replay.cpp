@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "fuzz/fuzz_bed.h"
+#include "tests/exit_guard.h"
 #include "tests/variant_files.h"
 
 namespace {
@@ -28,6 +29,7 @@ std::vector<fs::path> named_files(int count, char** names) {
 }  // namespace
 
 int main(int argument_count, char** arguments) {
+  const ExitGuard guard;
   const std::vector<fs::path> files = named_files(argument_count, arguments);
   for (const fs::path& file : files) {
     // The last name on the screen is that of the input that ended the process.
