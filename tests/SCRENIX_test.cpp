@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <limits>
 #include <string>
@@ -13,6 +12,7 @@
 
 #include "runtime/units.h"
 #include "tests/child.h"
+#include "tests/test_files.h"
 
 namespace SCRENIX {
 namespace {
@@ -26,11 +26,6 @@ std::string sent_by(const std::function<void()>& work) {
   return testing::internal::GetCapturedStdout();
 }
 
-std::string bytes_of_file(const std::string& path) {
-  std::FILE* const file = std::fopen(path.c_str(), "rb");
-  return file == nullptr ? "no file" : child::bytes_of(file);
-}
-
 TEST(Frames, AreSingleBytesWithoutALineEnd) {
   EXPECT_EQ(sent_by([] {
               record_start();
@@ -42,12 +37,12 @@ TEST(Frames, AreSingleBytesWithoutALineEnd) {
 
 TEST(Frames, GoToTheOutputUnit) {
   EXPECT_EQ(output_unit, 6);
-  const std::string path = testing::TempDir() + "/SCRENIX_test_records";
-  std::remove(path.c_str());
+  const test_files::TemporaryFolder folder;
+  const std::string path = folder.file("records");
   runtime::open(77, path, runtime::OpenStatus::unknown);
   output_unit = 77;
   EXPECT_EQ(sent_by([] { set_variant_path("V"); }), "");
-  EXPECT_EQ(bytes_of_file(path), "\x01varpath\x02V\x03");
+  EXPECT_EQ(test_files::read_bytes(path), "\x01varpath\x02V\x03");
   output_unit = 6;
   runtime::close(77, runtime::CloseStatus::remove);
   EXPECT_EQ(sent_by([] { set_variant_path("V"); }), "\x01varpath\x02V\x03");
@@ -437,15 +432,14 @@ TEST(StoppingEntries, TakeWhatTheirCallersPass) {
 }
 
 TEST(StoppingEntries, CompleteTheOpenFiles) {
-  const std::string path = testing::TempDir() + "/SCRENIX_test_open_file";
-  std::remove(path.c_str());
+  const test_files::TemporaryFolder folder;
+  const std::string path = folder.file("open_file");
   child::run([&] {
     runtime::open(77, path, runtime::OpenStatus::unknown);
     runtime::write_line(77, "vor dem Ende");
     start_print();
   });
-  EXPECT_EQ(bytes_of_file(path), "vor dem Ende\n");
-  std::remove(path.c_str());
+  EXPECT_EQ(test_files::read_bytes(path), "vor dem Ende\n");
 }
 
 }  // namespace

@@ -29,8 +29,8 @@ class Files : public testing::Test {
     reset();
   }
 
-  suite_host::WorkingFolder folder_;
-  suite_host::SuiteHost host_;
+  test_files::WorkingFolder folder_;
+  SuiteHost host_;
 };
 
 // Units.
@@ -565,7 +565,7 @@ TEST_F(CopyFileListDeathTest, FailedAllocationStopsTheProgram) {
 
 // The machine's own interpreter is not the suite's: what it leaves counts as an empty listing.
 TEST(HostWithoutTheSuitesShell, ServicesComeBack) {
-  const suite_host::WorkingFolder folder;
+  const test_files::WorkingFolder folder;
   std::filesystem::create_directory("data");
   ErrorText error;
   EXPECT_EQ(list_files("data\\", "*", error), 0);

@@ -28,8 +28,8 @@ class Info : public testing::Test {
     reset();
   }
 
-  suite_host::WorkingFolder folder_;
-  suite_host::SuiteHost host_;
+  test_files::WorkingFolder folder_;
+  SuiteHost host_;
 };
 
 // Runtime protocol.
@@ -272,7 +272,7 @@ TEST_F(CurrentDirectory, IsUnknownWithoutAListing) {
 }
 
 TEST(HostWithoutTheSuitesShell, WorkingFolderIsUnknown) {
-  const suite_host::WorkingFolder folder;
+  const test_files::WorkingFolder folder;
   std::string result(6, '?');
   current_directory(result);
   EXPECT_EQ(result, "####  ");

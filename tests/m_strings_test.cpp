@@ -10,7 +10,7 @@
 
 #include "runtime/cp1252.h"
 #include "runtime/units.h"
-#include "tests/suite_host.h"
+#include "tests/test_files.h"
 
 namespace m_strings {
 namespace {
@@ -228,7 +228,7 @@ TEST(NumberTokensDeathTest, OtherCallersStopTheProgram) {
 // The old code page.
 
 TEST(ContainsOemUmlauts, IsZeroFoundOrNot) {
-  const suite_host::WorkingFolder folder;
+  const test_files::WorkingFolder folder;
   test_files::write_bytes("alt.txt",
                           "plain\n\nGr\x94\xE1"
                           "e\n");
@@ -238,7 +238,7 @@ TEST(ContainsOemUmlauts, IsZeroFoundOrNot) {
 }
 
 TEST(ContainsOemUmlauts, RewindsAGivenUnit) {
-  const suite_host::WorkingFolder folder;
+  const test_files::WorkingFolder folder;
   test_files::write_bytes("a.txt", "first\nsecond\n");
   runtime::open(120, "a.txt", runtime::OpenStatus::old);
   EXPECT_EQ(ContainsOemUmlauts("a.txt", 120), 0);
@@ -249,7 +249,7 @@ TEST(ContainsOemUmlauts, RewindsAGivenUnit) {
 }
 
 TEST(ContainsOemUmlauts, ClosesItsOwnUnit) {
-  const suite_host::WorkingFolder folder;
+  const test_files::WorkingFolder folder;
   test_files::write_bytes("held.txt", "x\n");
   test_files::write_bytes("a.txt", "x\n");
   runtime::open(101, "held.txt", runtime::OpenStatus::old);
@@ -306,7 +306,7 @@ TEST(SplitPath, GivesThePathInUpperCaseWithoutANewExtension) {
 }
 
 TEST(SplitPath, AsksWhetherTheFileExists) {
-  const suite_host::WorkingFolder folder;
+  const test_files::WorkingFolder folder;
   test_files::write_bytes("VAR1", "");
   test_files::write_bytes("VAR1.SYS", "");
   std::filesystem::create_directory("D");

@@ -12,12 +12,13 @@
 #include <string>
 #include <vector>
 
-#include "tests/variant_files.h"
+#include "tests/notices.h"
+#include "tests/program.h"
+#include "tests/test_files.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using variant_files::Lines;
 
 fs::path networks_folder() {
   const char* const chosen = std::getenv("KV_REAL_NETWORKS_DIR");
@@ -41,7 +42,7 @@ std::vector<std::string> comma_fields(const std::string& line) {
 // The reaches that can be compared: the others miss the side path of a divergence.
 std::vector<Published> published_reaches(const fs::path& file) {
   std::vector<Published> reaches;
-  std::istringstream lines(variant_files::read_file(file));
+  std::istringstream lines(test_files::read_bytes(file));
   std::string line;
   std::getline(lines, line);
   while (std::getline(lines, line)) {
@@ -53,9 +54,10 @@ std::vector<Published> published_reaches(const fs::path& file) {
 }
 
 // The natural total of every reach in the result.
-std::map<std::string, double> natural_totals(const Lines& result) {
+std::map<std::string, double> natural_totals(const std::string& result) {
   std::map<std::string, double> totals;
-  for (const std::string& line : result) {
+  std::istringstream lines(result);
+  for (std::string line; std::getline(lines, line);) {
     if (line.starts_with('T')) totals[line.substr(0, 5)] = std::stod(line.substr(32, 10));
   }
   return totals;
@@ -69,14 +71,16 @@ TEST_P(RealNetwork, MeetsThePublishedDrainageAreas) {
     GTEST_SKIP() << "not run: the folder of real networks is not there (" << folder.string()
                  << "); KV_REAL_NETWORKS_DIR names another";
   }
-  const variant_files::WorkingFolder working_folder;
-  variant_files::copy_variant(folder, GetParam());
-  const variant_files::RunResult run = variant_files::run_variant(GetParam());
-  EXPECT_EQ(run.output, variant_files::notice("KV_Akum", std::string("Ergebnis: ") + GetParam() + ".Akum"));
-  EXPECT_EQ(run.error, "");
-  EXPECT_FALSE(fs::exists(std::string(GetParam()) + ".pkl")) << "the run has nothing to report";
+  const test_files::TemporaryFolder work;
+  const std::string name = GetParam();
+  test_files::copy_variant(name, folder, work.path());
+  const child::Outcome run = program::run({.arguments = {name}, .folder = work.path()});
+  EXPECT_EQ(run.ending, "exit status 0");
+  EXPECT_EQ(run.out, notices::closing(name));
+  EXPECT_EQ(run.err, "");
+  EXPECT_FALSE(fs::exists(work.file(name + ".pkl"))) << "the run has nothing to report";
 
-  const auto totals = natural_totals(variant_files::written_lines(std::string(GetParam()) + ".Akum"));
+  const auto totals = natural_totals(test_files::read_bytes(work.file(name + ".Akum")));
   const std::vector<Published> published = published_reaches(folder / "expected.csv");
   ASSERT_FALSE(published.empty());
   double largest_deviation = 0.0;
