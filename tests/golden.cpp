@@ -88,6 +88,22 @@ std::string folder_differences(const FolderState& expected, const FolderState& f
   return text;
 }
 
+// The traces as texts of a folder, a file each; `diff` compares them.
+void write_texts(const Traces& traces, const fs::path& folder) {
+  std::map<std::string, std::string> texts;
+  for (const auto& [name, bytes] : traces.work.files) texts["files/" + name] = bytes;
+  texts["ending"] = traces.outcome.ending;
+  texts["stdout"] = traces.outcome.out;
+  texts["stderr"] = traces.outcome.err;
+  for (const auto& [name, bytes] : texts) {
+    std::string text;
+    for (const std::string& line : lines_of(bytes)) text.append(escaped(line)).append("\n");
+    if (!text.empty() && !bytes.ends_with('\n')) text.pop_back();
+    fs::create_directories((folder / name).parent_path());
+    write_bytes(folder / name, text);
+  }
+}
+
 // A file that is there when it has something to hold.
 void write_or_remove(const fs::path& path, const std::string& bytes) {
   if (bytes.empty()) {
@@ -180,6 +196,18 @@ std::string differences(const Traces& expected, const Traces& found) {
          difference("standard output", expected.outcome.out, found.outcome.out) +
          difference("standard error", expected.outcome.err, found.outcome.err) +
          folder_differences(expected.work, found.work);
+}
+
+std::string whole_differences(const Traces& expected, const Traces& found) {
+  const test_files::TemporaryFolder folder;
+  write_texts(expected, folder.path() / "expected");
+  write_texts(found, folder.path() / "found");
+  const child::Outcome diff = child::run([&] {
+    fs::current_path(folder.path());
+    execlp("diff", "diff", "-ruN", "expected", "found", nullptr);
+  });
+  if (diff.exit_status > 1 || diff.exit_status < 0) throw std::runtime_error("diff: " + diff.ending);
+  return diff.out;
 }
 
 void accept(const fs::path& variant, const Traces& found) {

@@ -45,6 +45,8 @@ Traces run(const std::filesystem::path& variant);
 Traces expected(const std::filesystem::path& variant, const Traces& found);
 /// What both differ in, with the first line of each difference; empty when they are equal.
 std::string differences(const Traces& expected, const Traces& found);
+/// The same with all lines of each difference, as the tool `diff` shows them.
+std::string whole_differences(const Traces& expected, const Traces& found);
 
 /// Makes what a run left behind what the case expects.
 void accept(const std::filesystem::path& variant, const Traces& found);
