@@ -11,7 +11,9 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <iostream>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -29,7 +31,8 @@ bool consents(bool yes) {
   }
   std::fputs("Take this over (y/n)? ", stdout);
   std::fflush(stdout);
-  return std::getchar() == 'y';
+  std::string answer;
+  return std::getline(std::cin, answer) && answer == "y";
 }
 
 // Whether the case expects, at the end, what the program leaves behind.

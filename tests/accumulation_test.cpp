@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -275,7 +276,7 @@ TEST_F(AccumulationTest, TheNameOfTheResultHas200Characters) {
 TEST_F(AccumulationTest, TheResultStaysOpen) {
   fill_system_logic({});
   AccumulateAreas("v");
-  EXPECT_TRUE(runtime::unit_of("v.Akum").has_value());
+  EXPECT_EQ(runtime::unit_of("v.Akum"), 100);
 }
 
 TEST_F(AccumulationTest, ShortOfMemoryTheRunStops) {
@@ -283,6 +284,7 @@ TEST_F(AccumulationTest, ShortOfMemoryTheRunStops) {
   runtime::limit_allocations(7);
   EXPECT_EXIT(AccumulateAreas("v"), testing::ExitedWithCode(0),
               "^In file 'accumulation\\.cpp', around line [0-9]+: Error allocating 8 bytes\n$");
+  EXPECT_FALSE(std::filesystem::exists("v.Akum")) << "the sums come before the table";
 }
 
 }  // namespace

@@ -23,6 +23,7 @@
 #include <thread>
 #include <utility>
 
+#include "tests/chain.h"
 #include "tests/notices.h"
 #include "tests/program.h"
 #include "tests/test_files.h"
@@ -60,32 +61,6 @@ constexpr std::string_view full = "No space left on device";
 
 std::string missing(std::string_view file) {
   return notices::error("Die Datei " + std::string(file) + " existiert nicht.");
-}
-
-// A chain of reaches, an area beside each: two elements a link.
-void write_chain(const fs::path& base, int links) {
-  const auto name = [](char type, int number) {
-    std::string text = std::to_string(number);
-    return type + std::string(4 - std::min<std::size_t>(text.size(), 4), '0') + text;
-  };
-  std::string system;
-  std::string areas;
-  std::string reaches;
-  for (int i = 1; i <= links; ++i) {
-    const std::string area = name('N', i);
-    const std::string reach = name('T', i);
-    const std::string above = i > 1 ? name('T', i - 1) : std::string(5, ' ');
-    const std::string below = i < links ? name('T', i + 1) : "ENDE";
-    system.append(35, ' ').append(area).append(23, ' ').append(reach).append("\n");
-    system.append(35, ' ').append(reach).append("   ").append(area).append(" ").append(above);
-    system.append(9, ' ').append(below).append("\n");
-    areas.append("   ").append(area).append("    10.\n");
-    reaches.append("   ").append(reach).append(9, ' ').append("0").append(38, ' ').append("x\n");
-    reaches.append("              8.25\n");
-  }
-  write_bytes(base.string() + ".sys", system);
-  write_bytes(base.string() + ".nfl", areas);
-  write_bytes(base.string() + ".trs", reaches);
 }
 
 // A folder with the variant "var1", which has no finding and every kind of file.
@@ -153,7 +128,7 @@ TEST_F(IoFaults, ResultOnAFullDevice) {
 }
 
 TEST_F(IoFaults, LargeResultOnAFullDevice) {
-  write_chain(file("large"), 9999);
+  chain::write(file("large"), 9999);
   replace_by_link("large.Akum", "/dev/full");
   expect_run(run("large"), "", fault_line("Schreiben", "large.Akum", full));
 }
@@ -459,7 +434,7 @@ TEST_F(IoFaults, ResultIsAPipeWithoutAReader) {
 }
 
 TEST_F(IoFaults, LargeResultIsAPipeWithoutAReader) {
-  write_chain(file("large"), 9999);
+  chain::write(file("large"), 9999);
   replace_by_pipe("large.Akum");
   expect_run(run("large"), "", fault_line(opening, "large.Akum", "No such device or address"));
 }
@@ -471,7 +446,7 @@ TEST_F(IoFaults, ProtocolIsAPipeWithoutAReader) {
 }
 
 TEST_F(IoFaults, ReaderOfTheResultWentAway) {
-  write_chain(file("large"), 9999);
+  chain::write(file("large"), 9999);
   replace_by_pipe("large.Akum");
   const int reader = open(file("large.Akum").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   ASSERT_GE(reader, 0);
@@ -525,7 +500,7 @@ bool told_or_whole_or_absent(const Outcome& outcome, const fs::path& result, std
 
 TEST_F(IoFaults, LittleMemoryIsTold) {
   if (sanitized) GTEST_SKIP() << "the sanitizer needs memory of its own";
-  write_chain(file("large"), 9999);
+  chain::write(file("large"), 9999);
   expect_run(run("large"), closing("large"), "");
   const std::string wanted = read_bytes(file("large.Akum"));
   ASSERT_GT(wanted.size(), 1'000'000U);

@@ -97,10 +97,12 @@ TEST_F(Dialogs, OtherSpellingsAreNotices) {
 }
 
 TEST_F(Dialogs, AutoYesAnswersWithoutAsking) {
-  dialog_state.auto_yes = 1;
   dialog_state.last_answer = 3;
-  EXPECT_EQ(sent_by([] { ShowMessage("Frage?", "Weiter?"); }), "");
-  EXPECT_EQ(dialog_state.last_answer, 3);
+  for (const std::int32_t flag : {1, 2, -1}) {
+    dialog_state.auto_yes = flag;
+    EXPECT_EQ(sent_by([] { ShowMessage("Frage?", "Weiter?"); }), "") << flag;
+    EXPECT_EQ(dialog_state.last_answer, 3);
+  }
   EXPECT_EQ(answer_of_length(0), "##");
   EXPECT_EQ(answer_of_length(1), "J##");
   EXPECT_EQ(answer_of_length(2), "Ja##");

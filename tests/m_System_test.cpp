@@ -203,7 +203,8 @@ TEST_F(SystemTest, LinksTheElementsAndListsThem) {
   EXPECT_THAT(system_logic.outflow_index.at(3).values, ElementsAre(4, 0));
   EXPECT_THAT(system_logic.outflow_index.at(4).values, ElementsAre(5, 0));
   EXPECT_FALSE(runtime::unit_of("v.sys").has_value());
-  EXPECT_TRUE(runtime::unit_of("code.pkl").has_value());
+  // The listing was opened beside the system file.
+  EXPECT_EQ(runtime::unit_of("code.pkl"), 101);
   EXPECT_THAT(written_lines("code.pkl"),
               ElementsAre("code.pkl", "N0010                   T0010          1   0   0   0   3   0",
                           "K0010                   T0010          2   0   0   0   3   0",
@@ -343,6 +344,33 @@ TEST_F(SystemTest, AGapBeforeALaterInflowIsNoElementLine) {
   EXPECT_EQ(elements({{49, "x"}}), 0);
   EXPECT_EQ(elements({{44, "N0010"}, {49, "x"}}), 1);
   EXPECT_EQ(elements({{44, "N0010"}, {55, "x"}}), 0);
+}
+
+TEST_F(SystemTest, ALinkIsBlankUpToTheLastColumnOfItsSpan) {
+  struct Span {
+    std::size_t last;
+    std::initializer_list<variant_files::Field> links;  // the fields that are not blank
+  };
+  const std::array<Span, 5> spans = {{{60, {}},
+                                      {60, {{44, "N0010"}}},
+                                      {60, {{44, "N0010"}, {50, "N0020"}}},
+                                      {68, {{44, "N0010"}, {70, "T0020"}}},
+                                      {74, {{44, "N0010"}, {64, "T0020"}}}}};
+  const auto is_read = [](const Span& span, std::size_t column) {
+    std::string line = columns_line({{36, "T0010"}, {80, "|"}});
+    for (const variant_files::Field& link : span.links) {
+      line.replace(link.column - 1, link.text.size(), link.text);
+    }
+    line[column - 1] = 'x';
+    variant_files::start_afresh();
+    read({line});
+    EXPECT_EQ(system_logic.total_count, system_logic.element_count);
+    return system_logic.element_count == 1 && system_logic.name.at(1) == "T0010";
+  };
+  for (const Span& span : spans) {
+    EXPECT_FALSE(is_read(span, span.last)) << span.last << " " << span.links.size();
+    EXPECT_TRUE(is_read(span, span.last + 1)) << span.last << " " << span.links.size();
+  }
 }
 
 TEST_F(SystemTest, PassesOverElementsOfTypeZ) {

@@ -10,6 +10,7 @@
 
 #include "m_WLM_error/catalogue/entry.h"
 #include "runtime/units.h"
+#include "tests/unit_watch.h"
 #include "tests/variant_files.h"
 
 namespace {
@@ -18,7 +19,9 @@ namespace fs = std::filesystem;
 using m_WLM_error::ErrorLevel;
 using m_WLM_error::MessageDispatcher;
 using m_WLM_error::report;
+using testing::Each;
 using testing::ElementsAre;
+using testing::EndsWith;
 using variant_files::german;
 using variant_files::Lines;
 using variant_files::protocol_codes;
@@ -139,7 +142,26 @@ TEST_F(Dispatcher, FinaleClosesTheProtocolAndReturnsTheLevel) {
                    "             weist kein 1. Abgabeelement auf!\n"));
 }
 
+TEST_F(Dispatcher, AMessageAfterFinaleIsAnIoError) {
+  start_protocol();
+  MessageDispatcher("Y04");
+  MessageDispatcher("FINALE");
+  const std::string closed = variant_files::read_file("v.pkl");
+  EXPECT_EXIT(MessageDispatcher("Y04"), testing::ExitedWithCode(0), "Einheit 100");
+  EXPECT_EQ(variant_files::read_file("v.pkl"), closed);
+}
+
+TEST_F(Dispatcher, FinaleBeforeTheFirstMessageHoldsNothingUp) {
+  start_protocol();
+  MessageDispatcher("FINALE");
+  MessageDispatcher("Y04");
+  EXPECT_THAT(protocol_codes(), ElementsAre("Y04"));
+}
+
 TEST_F(Dispatcher, TakesTheFirstFreeUnitFrom100) {
+  start_protocol();
+  MessageDispatcher("Y04");
+  EXPECT_EQ(runtime::unit_of("v.pkl"), 100);
   start_protocol();
   write_file("other", "");
   runtime::open(100, "other", runtime::OpenStatus::old);
@@ -203,6 +225,35 @@ TEST_F(Dispatcher, CutsATextAt1000Characters) {
   EXPECT_EQ(lines.at(2), start + std::string(998, 's'));
 }
 
+TEST_F(Dispatcher, CutsEveryTextAt1000Characters) {
+  start_protocol();
+  const std::string text(1000, 't');
+  MessageDispatcher("E34", {.text1 = text + "1", .text2 = text + "2", .text3 = text + "3"});
+  EXPECT_THAT(protocol_lines(), Each(EndsWith(": " + text)));
+}
+
+TEST_F(Dispatcher, AbsentNumbersHaveTheirValues) {
+  start_protocol();
+  MessageDispatcher("E12");
+  EXPECT_THAT(protocol_lines(),
+              ElementsAre(EndsWith(": "), EndsWith(": -9999.990"), EndsWith(":     0.000")));
+  start_protocol();
+  MessageDispatcher("Y00");
+  EXPECT_THAT(protocol_lines().front(), EndsWith(":     0"));
+}
+
+TEST_F(Dispatcher, InitKeepsTheLastStructure) {
+  const auto assign = [](std::string_view text) {
+    MessageDispatcher("ZW0", {.text1 = "Profile", .text2 = text});
+  };
+  start_protocol();
+  assign("one");
+  EXPECT_THAT(protocol_lines(), ElementsAre(EndsWith(": Profile"), "", "    one"));
+  start_protocol();
+  assign("two");
+  EXPECT_THAT(protocol_lines(), ElementsAre("    two"));
+}
+
 TEST_F(Dispatcher, ModeLSuppressesThreeCodes) {
   write_file("fehlercode.ex", "W01\n");
   MessageDispatcher("INIT", {.text1 = "v.pkl", .text2 = "KARVOS", .text3 = "L  "});
@@ -214,9 +265,19 @@ TEST_F(Dispatcher, ModeLSuppressesThreeCodes) {
 
 TEST_F(Dispatcher, OtherModesReadTheListOfTheWorkingFolder) {
   write_file("fehlercode.ex", "W01\n");
-  MessageDispatcher("INIT", {.text1 = "v.pkl", .text3 = "l"});
-  EXPECT_EQ(MessageDispatcher("W01"), 0);
-  EXPECT_EQ(MessageDispatcher("W11"), 1);
+  for (const std::string_view mode : {"l", "LL", " L", ""}) {
+    runtime::close_all();
+    MessageDispatcher("INIT", {.text1 = "v.pkl", .text3 = mode});
+    EXPECT_EQ(MessageDispatcher("W01"), 0) << mode;
+    EXPECT_EQ(MessageDispatcher("W11"), 1) << mode;
+  }
+}
+
+TEST_F(Dispatcher, ACodeIsSoughtWithItsWholeLength) {
+  write_file("fehlercode.ex", "W01Y05\n");
+  start_protocol();
+  EXPECT_EQ(MessageDispatcher("W01 "), 1);
+  EXPECT_EQ(MessageDispatcher("Y05 "), 0);
 }
 
 TEST_F(Dispatcher, ASuppressedCodeReturnsZeroAndChangesNothing) {
@@ -261,6 +322,8 @@ TEST_F(Dispatcher, TheListHas1000Characters) {
   write_file("fehlercode.ex", lines + std::string(95, '.') + "W01W0\nY05\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("W01"), 0);
+  EXPECT_EQ(MessageDispatcher("W0"), 0);
+  EXPECT_EQ(MessageDispatcher("W0Y"), 1);
   EXPECT_EQ(MessageDispatcher("W02"), 1);
   EXPECT_EQ(MessageDispatcher("Y05"), 2);
 }
@@ -276,9 +339,22 @@ TEST_F(Dispatcher, TheListIsReadByEachInit) {
   write_file("fehlercode.ex", "W01\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("W01"), 0);
+  // A later list begins anew: nothing of the earlier one is left, not even a beginning.
+  write_file("fehlercode.ex", "W02\n");
+  start_protocol();
+  EXPECT_EQ(MessageDispatcher("W02"), 0);
+  EXPECT_EQ(MessageDispatcher("W01W02"), 1);
+  EXPECT_EQ(MessageDispatcher("W01"), 1);
   fs::remove("fehlercode.ex");
   start_protocol();
-  EXPECT_EQ(MessageDispatcher("W01"), 1);
+  EXPECT_EQ(MessageDispatcher("W02"), 1);
+}
+
+TEST_F(Dispatcher, TheListIsReadOnAUnitFrom100AndClosed) {
+  write_file("fehlercode.ex", "W01\n");
+  const UnitWatch watch;
+  start_protocol();
+  EXPECT_THAT(watch.units, ElementsAre(100));
   EXPECT_FALSE(runtime::unit_of("fehlercode.ex").has_value());
 }
 

@@ -7,6 +7,7 @@
 
 #include "runtime/units.h"
 #include "tests/suite_host.h"
+#include "tests/unit_watch.h"
 
 namespace m_info {
 namespace {
@@ -57,7 +58,7 @@ TEST_F(RuntimeProtocolTest, WritesWhatIsGiven) {
             "N(20) =          0\n");
 }
 
-TEST_F(RuntimeProtocolTest, TakesTheFirstFreeUnit) {
+TEST_F(RuntimeProtocolTest, TakesTheFirstFreeUnitFrom200) {
   runtime::open(200, "held", runtime::OpenStatus::unknown);
   runtime_protocol("WRITE", "x");
   EXPECT_EQ(protocol.runtime_unit, 201);
@@ -242,6 +243,12 @@ TEST_F(CurrentDirectory, IsTheTextFromTheDriveToTheEndOfTheLine) {
             "D:\\Modell Nord                ");
 }
 
+TEST_F(CurrentDirectory, TakesAUnitFrom500) {
+  const UnitWatch watch;
+  found(" Verzeichnis von D:\\Modell\n");
+  EXPECT_THAT(watch.units, ElementsAre(500));
+}
+
 TEST_F(CurrentDirectory, IsCutAtTheLengthOfTheResult) {
   EXPECT_EQ(found(" Verzeichnis von D:\\Modell\n", 5), "D:\\Mo");
 }
@@ -313,6 +320,13 @@ TEST_F(CheckListTest, MissingListEndsAnEarlierOne) {
   std::filesystem::remove("Pruefliste.lis");
   read_check_list();
   EXPECT_EQ(check_list.profiles_wanted, 0);
+}
+
+TEST_F(CheckListTest, TakesAUnitFrom50) {
+  entry("Profile_", "J");
+  const UnitWatch watch;
+  read();
+  EXPECT_THAT(watch.units, ElementsAre(50));
 }
 
 TEST_F(CheckListTest, FlagsTakeAJInElevenCharacters) {
@@ -601,6 +615,18 @@ TEST_F(CheckListWants, WaterLevelsWhenAskedFor) {
   asked.station = 123.456011;
   EXPECT_EQ(check_list_wants(asked), 0);
   asked.station = 0.0;
+  EXPECT_EQ(check_list_wants(asked), 0);
+}
+
+TEST_F(CheckListWants, ToleranceOfAWaterLevelIsASinglePrecisionNumber) {
+  check_list.water_levels = {{0.0}};
+  check_list.water_level_count = 1;
+  CheckCase asked = wanted();
+  asked.water_levels = true;
+  // In single precision 0.00001 is 9.9999997474E-6.
+  asked.station = 9.9999997E-6;
+  EXPECT_EQ(check_list_wants(asked), 1);
+  asked.station = 9.9999998E-6;
   EXPECT_EQ(check_list_wants(asked), 0);
 }
 
