@@ -168,9 +168,13 @@ TEST_F(Dialogs, CancelIsAskedInTheLanguage) {
 }
 
 TEST_F(Dialogs, ProtocolIsNotViewedAfterANo) {
-  EXPECT_EQ(sent_by([] { EXPECT_EQ(AskViewProtocol("Protokoll", {}), 7); }),
+  runtime::FixedText<protocol_name_width> name("v.pkl");
+  bool chosen = true;
+  EXPECT_EQ(sent_by([&] { EXPECT_EQ(AskViewProtocol("Protokoll", {}, name.bytes, chosen), 7); }),
             message_box("Protokolldatei anschauen?", "Wollen Sie Fehler/Warnungen anschauen?", "4"));
   EXPECT_EQ(dialog_state.last_answer, 7);
+  EXPECT_EQ(name, "v.pkl");
+  EXPECT_TRUE(chosen);
 }
 
 TEST_F(Dialogs, NewGivesAStatusFieldItsText) {

@@ -595,13 +595,20 @@ TEST_F(CopyFileListDeathTest, FailedAllocationStopsTheProgram) {
       ExitedWithCode(0), "Error allocating 1500 bytes\n$");
 }
 
-// The machine's own interpreter is not the suite's: what it leaves counts as an empty listing.
-TEST(HostWithoutTheSuitesShell, ServicesComeBack) {
+// The machine's own interpreter is not the suite's.
+TEST(HostWithoutTheSuitesShell, ListIsEmptyAndNothingIsLeftBehind) {
   const test_files::WorkingFolder folder;
   std::filesystem::create_directory("data");
   ErrorText error;
   EXPECT_EQ(list_files("data\\", "*", error), 0);
   EXPECT_TRUE(error.blank());
+  EXPECT_TRUE(std::filesystem::is_empty("data"));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 1);
+  reset();
+}
+
+TEST(HostWithoutTheSuitesShell, SearchComesBack) {
+  const test_files::WorkingFolder folder;
   find_in_win_ini("karvos");
   EXPECT_TRUE(!exists("text.lis") || read_bytes("text.lis").empty());
   reset();

@@ -186,6 +186,13 @@ TEST_F(RuntimeProtocolTest, MillisecondsComeFromTheWholeThousandsOfTheRate) {
   EXPECT_EQ(written(), "Zeit  1 : 00:00:02.000       0.400\n");
 }
 
+TEST_F(RuntimeProtocolTest, SecondsAreDividedInSinglePrecision) {
+  // 123456700 is 123456704 in single precision; its thousandth lies between 123456.703125 and .7109375.
+  protocol.timers.at(1) = 123456700;
+  runtime_protocol("WRITE", no_text, no_counter, 1);
+  EXPECT_EQ(written(), "Zeit  1 : 34:17:36.700  123456.703\n");
+}
+
 TEST_F(RuntimeProtocolTest, SlowClockHasNoMilliseconds) {
   host_.rate = 100;
   protocol.timers.at(1) = 250;
@@ -313,13 +320,44 @@ TEST_F(CheckListTest, MissingListLeavesEverythingAtItsStart) {
   EXPECT_FALSE(exists("Pruefliste.lis"));
 }
 
-TEST_F(CheckListTest, MissingListEndsAnEarlierOne) {
+TEST_F(CheckListTest, MissingListForgetsTheElementOfAnEarlierOne) {
   entry("Profile_", "J");
+  entry("Element", "T  01");
   read();
-  EXPECT_EQ(check_list.profiles_wanted, 1);
+  EXPECT_EQ(check_list.report_element_name, "T  01");
   std::filesystem::remove("Pruefliste.lis");
   read_check_list();
-  EXPECT_EQ(check_list.profiles_wanted, 0);
+  EXPECT_EQ(check_list.report_element_name, "#");
+  EXPECT_EQ(check_list.profiles_wanted, 1);
+}
+
+TEST_F(CheckListTest, LaterListReplacesWhatItNames) {
+  entry("Profile_", "J");
+  entry("Spiegellinie", "1 2 3 4");
+  entry("richt", "12");
+  entry("Element", "T  01");
+  entry("xu...", "10");
+  entry("xo...", "20");
+  entry("Hvonh", "1.5");
+  read();
+  lines_.clear();
+  entry("Abfluss_", "J");
+  entry("Spiegellinie", "7");
+  entry("xu...", "15");
+  entry("Hvonh", "2.5");
+  read();
+  EXPECT_EQ(check_list.profiles_wanted, 1);
+  EXPECT_EQ(check_list.discharge_wanted, 1);
+  EXPECT_THAT(check_list.report_date().values, ElementsAre(7, 2, 3));
+  EXPECT_EQ(check_list.report_numbers.at(4), 4);
+  EXPECT_EQ(check_list.report_max_kind, 7);
+  EXPECT_EQ(check_list.report_element_number, 12);
+  EXPECT_EQ(check_list.report_element_name, "#");
+  EXPECT_EQ(check_list.station_min, 15.0);
+  EXPECT_EQ(check_list.station_max, 20.0);
+  EXPECT_EQ(check_list.water_level_count, 2);
+  EXPECT_EQ(check_list.water_levels.at(1), 1.5);
+  EXPECT_EQ(check_list.water_levels.at(2), 2.5);
 }
 
 TEST_F(CheckListTest, TakesAUnitFrom50) {
@@ -426,7 +464,8 @@ TEST_F(CheckListTest, WaterLevelStandsInTenColumns) {
 }
 
 TEST_F(CheckListTest, NumberThatCannotBeReadEndsTheReading) {
-  for (const char* keyword : {"richt", "xu...", "xo...", "Hvonh"}) {
+  for (const std::string keyword : {"richt", "xu...", "xo...", "Hvonh"}) {
+    reset();
     lines_.clear();
     entry("Profile_", "J");
     entry(keyword, "zwei");
@@ -434,7 +473,7 @@ TEST_F(CheckListTest, NumberThatCannotBeReadEndsTheReading) {
     read();
     EXPECT_EQ(check_list.profiles_wanted, 1) << keyword;
     EXPECT_EQ(check_list.discharge_wanted, 0) << keyword;
-    EXPECT_EQ(check_list.water_level_count, 0) << keyword;
+    EXPECT_EQ(check_list.water_level_count, keyword == "Hvonh" ? 1 : 0) << keyword;
     EXPECT_FALSE(runtime::is_connected(50)) << keyword;
   }
 }
@@ -531,7 +570,7 @@ TEST_F(CheckListWants, DetailOfAllElements) {
   asked.kind = 4;
   EXPECT_EQ(check_list_wants(asked), 1);
   asked.element_name = std::nullopt;
-  EXPECT_EQ(check_list_wants(asked), 1);
+  EXPECT_EQ(check_list_wants(asked), 0);
 }
 
 TEST_F(CheckListWants, DetailOfEveryKind) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <system_error>
@@ -8,8 +9,8 @@
 #include "tests/forwarding_host.h"
 #include "tests/test_files.h"
 
-/// A host with the suite's command interpreter and clock. Files are the machine's own; a command line is kept
-/// and answered with the prepared listing; the clock shows what the test sets.
+/// The suite's host, with its separator, command interpreter and clock. Files are the machine's own; a
+/// command line is kept and answered with the prepared listing; the clock shows what the test sets.
 class SuiteHost final : public ForwardingHost {
  public:
   std::vector<std::string> commands;
@@ -20,11 +21,15 @@ class SuiteHost final : public ForwardingHost {
   bool refuses_removal = false;
   std::string nameless_file;  ///< what the empty path stands for
 
+  [[nodiscard]] char separator() const override { return '\\'; }
+  runtime::FileKind kind_of(const std::string& path) override {
+    return ForwardingHost::kind_of(machine_path(path));
+  }
   int open(const std::string& path, runtime::Access access, std::error_code& reason) override {
-    return ForwardingHost::open(path.empty() ? nameless_file : path, access, reason);
+    return ForwardingHost::open(path.empty() ? nameless_file : machine_path(path), access, reason);
   }
   bool remove(const std::string& path, std::error_code& reason) override {
-    if (!refuses_removal) return ForwardingHost::remove(path, reason);
+    if (!refuses_removal) return ForwardingHost::remove(machine_path(path), reason);
     reason = std::make_error_code(std::errc::permission_denied);
     return false;
   }
@@ -34,4 +39,10 @@ class SuiteHost final : public ForwardingHost {
   }
   std::int64_t clock_ticks() override { return ticks; }
   std::int64_t ticks_per_second() override { return rate; }
+
+ private:
+  static std::string machine_path(std::string path) {
+    std::ranges::replace(path, '\\', '/');
+    return path;
+  }
 };
