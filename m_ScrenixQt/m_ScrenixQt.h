@@ -59,7 +59,7 @@ inline constexpr std::size_t status_text_width = 10000;
 /// "INIT" and "DESTROY" do not look at `field`. A window need not be shown to keep texts. Another word, or a
 /// window or field that does not exist, changes nothing.
 void status_window(std::int32_t window, std::int32_t field, std::string_view action,
-                  std::string_view text = {});
+                   std::string_view text = {});
 
 /// All 10000 characters of a field; none while nothing is kept for the window. The view stays valid until the
 /// window's "DESTROY".

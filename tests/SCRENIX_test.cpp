@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "runtime/units.h"
+#include "runtime/write.h"
 #include "tests/child.h"
 
 namespace SCRENIX {
@@ -441,7 +442,7 @@ TEST(StoppingEntries, CompleteTheOpenFiles) {
   std::remove(path.c_str());
   child::run([&] {
     runtime::open(77, path, runtime::OpenStatus::unknown);
-    runtime::write_line(77, "vor dem Ende");
+    runtime::write<"(a)">(77, "vor dem Ende");
     start_print();
   });
   EXPECT_EQ(bytes_of_file(path), "vor dem Ende\n");

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "runtime/cp1252.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
 #include "tests/suite_host.h"
 
@@ -243,7 +244,7 @@ TEST(ContainsOemUmlauts, RewindsAGivenUnit) {
   runtime::open(120, "a.txt", runtime::OpenStatus::old);
   EXPECT_EQ(ContainsOemUmlauts("a.txt", 120), 0);
   std::string_view line;
-  ASSERT_EQ(runtime::read_line(120, 80, line), runtime::ReadStatus::good);
+  ASSERT_TRUE(runtime::LineReader(120, 80).next(line));
   EXPECT_EQ(line, "first");
   runtime::close(120);
 }

@@ -128,7 +128,8 @@ class Lines {
     if (used_ == row_.argument_count) return false;
     const Argument argument = row_.arguments[used_++];
     if (item.edit == runtime::Edit::text) {
-      runtime::append_text(line_, item.width, placeholder(argument));
+      const runtime::Value text(placeholder(argument));
+      line_ += runtime::formatted({{&item, 1}, {}, item.width}, {&text, 1});
     } else {
       line_ += digits(item);
     }
