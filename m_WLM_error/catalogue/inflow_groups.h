@@ -1,11 +1,12 @@
+#pragma once
+
 #include "m_WLM_error/catalogue/entry.h"
 
 // Inflows and hydrographs, discharge files, basins, iterations, files and databases.
 
 namespace m_WLM_error::catalogue {
-namespace {
 
-constexpr Entry B_entries[] = {
+inline constexpr Entry B_entries[] = {
     entry<"(a,  ' Beim Becken ............................. : ',a/"
           "              3x, ' ist unzulässig die Kennziffer ........... : ',i5)">("B01", error, text1, int1),
     entry<"(a,  ' Beim Becken ............................. : ',a/"
@@ -39,8 +40,9 @@ constexpr Entry B_entries[] = {
           "              3x, '          bleibt die Versickerung unberück-'/"
           "              3x, '          sichtigt: Die Sohlfläche fehlt.')">("B11", note, text1),
 };
+inline constexpr Group B_group{"B", "retention basins", B_entries};
 
-constexpr Entry D_entries[] = {
+inline constexpr Entry D_entries[] = {
     entry<"(A3, ' Die Datei: ',A/"
           "              3X, ' kann nicht geschlossen werden.'/"
           "              3X, ' Sie ist vermutlich durch ein anderes Programm gesperrt.')">("D10", error,
@@ -51,8 +53,9 @@ constexpr Entry D_entries[] = {
     entry<"(a,  ' Die Datei ............................... : ',a/"
           "              3x, ' ist falsch benannt. Sie muss heißen ..... : ',a)">("D11", error, text1, text2),
 };
+inline constexpr Group D_group{"D", "files and database tables", D_entries};
 
-constexpr Entry E_entries[] = {
+inline constexpr Entry E_entries[] = {
     entry<"(a,  ' Beim Zufluss ............................ : ',a/"
           "              3x, ' fehlt die Abflusskurve!')">("E01", error, text1),
     entry<"(a,  ' In der Tabelle .......................... : ',a/"
@@ -125,15 +128,17 @@ constexpr Entry E_entries[] = {
           "              3x, ' Fehlernummer ............................ : ',i5)">("E40", error, text1, text2,
                                                                                    int1),
 };
+inline constexpr Group E_group{"E", "inflows, hydrographs and HDF5 files", E_entries};
 
-constexpr Entry I_entries[] = {
+inline constexpr Entry I_entries[] = {
     entry<"(a,  ' Die Iteration an der Station (km) ....... : ',f7.3/"
           "              3x, ' beim Abfluss Q (cbm/s) .................. : ',f7.3/"
           "              3x, ' benötigt mehr Schritte als zulässig ..... : ',i4/"
           "              3x, ' Abbruch!')">("I01", error, real1, real2, int1),
 };
+inline constexpr Group I_group{"I", "limits of iterations", I_entries};
 
-constexpr Entry Q_entries[] = {
+inline constexpr Entry Q_entries[] = {
     entry<"(a,  ' In der Abflussdatei ..................... : ',a/"
           "              3x, ' fehlt die Kopfzeile mit den Spaltennamen.')">("Q10", error, text1),
     entry<"(a,  ' In der Abflussdatei ..................... : ',a/"
@@ -163,13 +168,6 @@ constexpr Entry Q_entries[] = {
           "              3x, ' keine Station der Profildatei ........... : ',a)">("Q62", error, text1, text2,
                                                                                   text3),
 };
-
-}  // namespace
-
-constinit const Group B_group{"B", B_entries, error};
-constinit const Group D_group{"D", D_entries, error};
-constinit const Group E_group{"E", E_entries, error};
-constinit const Group I_group{"I", I_entries, error};
-constinit const Group Q_group{"Q", Q_entries, error};
+inline constexpr Group Q_group{"Q", "discharge files", Q_entries};
 
 }  // namespace m_WLM_error::catalogue

@@ -1,16 +1,18 @@
+#pragma once
+
 #include "m_WLM_error/catalogue/entry.h"
 
 // Profiles: profile tables and files, special profiles, blockages, the relation of discharges to profiles.
 
 namespace m_WLM_error::catalogue {
-namespace {
 
-constexpr Entry C_entries[] = {
+inline constexpr Entry C_entries[] = {
     entry<"(A3, ' In der Profildatei .................... : ',A/"
           "              3X, ' liegen Fehler vor! Siehe oben.')">("C00", error, text1),
 };
+inline constexpr Group C_group{"C", "a profile file with errors", C_entries};
 
-constexpr Entry mnn_entries[] = {
+inline constexpr Entry mnn_entries[] = {
     entry<"(a,  ' In der Profiltabelle .................. : ',a/"
           "              5x, ' fehlt das Profil an der Station ....... : ',a)">("mnn01", error, text1, text2),
     entry<"(a,  ' In der Profiltabelle .................. : ',a/"
@@ -108,8 +110,9 @@ constexpr Entry mnn_entries[] = {
     entry<"(a,  ' HINWEIS: Die Profiltabelle ............ : ',a/"
           "              5x, '          wurde geordnet. Profile ...... : ',i5)">("mnn28", note, text1, int1),
 };
+inline constexpr Group mnn_group{"mnn", "profile tables", mnn_entries};
 
-constexpr Entry P_entries[] = {
+inline constexpr Entry P_entries[] = {
     entry<"(a,  ' Die Profildatei ......................... : ',a/"
           "              3x, ' fehlt oder kann nicht geöffnet werden!')">("P00", error, text1),
     entry<"(a,  ' Die Profildatei ......................... : ',a/"
@@ -277,8 +280,9 @@ constexpr Entry P_entries[] = {
     then<"(t18,i5,1x,a)">(int2, text3),
     then<"(3x, ' Bitte die Zeilen berichtigen!')">(),
 };
+inline constexpr Group P_group{"P", "profile files", P_entries};
 
-constexpr Entry S_entries[] = {
+inline constexpr Entry S_entries[] = {
     entry<"(a,  ' Die Sonderprofildatei ................... : ',a/"
           "              3x, ' fehlt oder kann nicht geöffnet werden!')">("S01", error, text1),
     entry<"(a,  ' In der Sonderprofildatei ................ : ',a/"
@@ -301,16 +305,18 @@ constexpr Entry S_entries[] = {
           "              3x, ' kleiner als die halbe Sohlbreite (m) .... : ',f9.3)">("S07", error, text1,
                                                                                      real1, real2),
 };
+inline constexpr Group S_group{"S", "special profile files", S_entries};
 
-constexpr Entry Vkl_entries[] = {
+inline constexpr Entry Vkl_entries[] = {
     entry<"(a,  ' Warnung: Das Profil an der Station ..... : ',a/"
           "              4x, '          hat eine Verklausungshöhe (m) . : ',f9.3/"
           "              4x, '          Die lichte Höhe beträgt (m) ... : ',f9.3/"
           "              4x, '          Es wird mit der lichten Höhe gerechnet.')">("Vkl1", note, text1,
                                                                                     real1, real2),
 };
+inline constexpr Group Vkl_group{"Vkl", "blockage at profiles", Vkl_entries};
 
-constexpr Entry Rt_entries[] = {
+inline constexpr Entry Rt_entries[] = {
     entry<"(a,  ' Interner Fehler: Der Station ............ : ',a/"
           "              3x, ' ist in der Relation von Abfluss und Profil'/"
           "              3x, ' kein Profil zugeordnet.')">("Rt3", error, text1),
@@ -321,14 +327,6 @@ constexpr Entry Rt_entries[] = {
           "              3x, ' in der Relation von Abfluss und Profil'/"
           "              3x, ' ist ungleich der Anzahl der Profile ..... : ',i5)">("Rt5", error, int1, int2),
 };
-
-}  // namespace
-
-constinit const Group C_group{"C", C_entries, error};
-constinit const Group mnn_group{"mnn", mnn_entries, error};
-constinit const Group P_group{"P", P_entries, error};
-constinit const Group S_group{"S", S_entries, error};
-constinit const Group Vkl_group{"Vkl", Vkl_entries, error};
-constinit const Group Rt_group{"Rt", Rt_entries, error};
+inline constexpr Group Rt_group{"Rt", "the relation of discharges to profiles", Rt_entries};
 
 }  // namespace m_WLM_error::catalogue

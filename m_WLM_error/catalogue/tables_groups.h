@@ -1,11 +1,12 @@
+#pragma once
+
 #include "m_WLM_error/catalogue/entry.h"
 
 // Tables: elements, areas, catchments, annual cycles, characteristic curves, rain.
 
 namespace m_WLM_error::catalogue {
-namespace {
 
-constexpr Entry A_entries[] = {
+inline constexpr Entry A_entries[] = {
     entry<"(a,  ' In der Tabelle .......................... : ',A/"
           "              3X, ' fehlt das Element ....................... : ',a/"
           "              3X, ' (evtl. fehlerhafter Datensatz)')">("A00", error, text1, text2),
@@ -85,8 +86,9 @@ constexpr Entry A_entries[] = {
                                                                                    int1, int2),
     entry<"(a,1x,  '    Datenbank-Fehler: Kontakt zu TRM Wasser aufnehmen!')">("A99", error),
 };
+inline constexpr Group A_group{"A", "tables in general", A_entries};
 
-constexpr Entry F_entries[] = {
+inline constexpr Entry F_entries[] = {
     entry<"(a,  ' In der Tabelle .......................... : ',a/"
           "              3x, ' fehlt jeder Konzentrationsparameter bei . : ',a)">("F01", error, text1, text2),
     entry<"(a,  ' In der Tabelle .......................... : ',A/"
@@ -150,8 +152,9 @@ constexpr Entry F_entries[] = {
           "              3x, ' Befestigte Flächen sind als kanalisierte Flächen'/"
           "              3x, ' zu führen!')">("F16", error, text1, text2, real1),
 };
+inline constexpr Group F_group{"F", "tables of areas", F_entries};
 
-constexpr Entry G_entries[] = {
+inline constexpr Entry G_entries[] = {
     entry<"(a,  ' Beim Gebiet ............................. : ',a/"
           "              3x, ' ist das angegebene Endelement ........... : ',a/"
           "              3x, ' in der Systemlogik nicht vorhanden!')">("G01", error, text1, text2),
@@ -170,8 +173,9 @@ constexpr Entry G_entries[] = {
           "              3x, ' ist null. Die Spende am Endelement ...... : ',a/"
           "              3x, ' kann nicht berechnet werden.')">("G05", error, text1, text2),
 };
+inline constexpr Group G_group{"G", "catchments", G_entries};
 
-constexpr Entry J_entries[] = {
+inline constexpr Entry J_entries[] = {
     entry<"(a3,1x,'In tbl_jgg ist der Jahresgang ...... : ',a/"
           "                 4x,'mehrfach definiert!')">("J01", error, text1),
     entry<"(a,  ' In tbl_jgg fehlt der Jahresgang ......... : ',a/"
@@ -186,8 +190,9 @@ constexpr Entry J_entries[] = {
           "              3x, ' das Monatsmittel nicht 1, sondern ....... : ',f9.3)">("J05", error, text1,
                                                                                      real1),
 };
+inline constexpr Group J_group{"J", "annual cycles", J_entries};
 
-constexpr Entry K_entries[] = {
+inline constexpr Entry K_entries[] = {
     entry<"(a,  ' Beim Element ............................ : ',a/"
           "              3x, ' fehlt die Kennlinie ..................... : ',a)">("K01", error, text1, text2),
     entry<"(a,  ' Die Kennlinie beim Element .............. : ',a/"
@@ -222,8 +227,9 @@ constexpr Entry K_entries[] = {
           "              3x, ' passen nicht zueinander. Betroffen ist .. : ',a/"
           "              3x, ' Bitte beide Kennlinien prüfen!')">("K10", level_from_int1, text1, text2),
 };
+inline constexpr Group K_group{"K", "characteristic curves", K_entries};
 
-constexpr Entry R_entries[] = {
+inline constexpr Entry R_entries[] = {
     entry<"(a,  ' In der Regentabelle ..................... : ',a/"
           "              3x, ' ist kein Regen enthalten!')">("R00", error, text1),
     entry<"(a,  ' In der Regentabelle ..................... : ',a/"
@@ -251,14 +257,6 @@ constexpr Entry R_entries[] = {
           "              3x, ' Vorhandene Anzahl ....................... : ',i5)">("R09", error, text1, int1,
                                                                                    int2, int3),
 };
-
-}  // namespace
-
-constinit const Group A_group{"A", A_entries, error};
-constinit const Group F_group{"F", F_entries, error};
-constinit const Group G_group{"G", G_entries, error};
-constinit const Group J_group{"J", J_entries, error};
-constinit const Group K_group{"K", K_entries, error};
-constinit const Group R_group{"R", R_entries, error};
+inline constexpr Group R_group{"R", "rain tables", R_entries};
 
 }  // namespace m_WLM_error::catalogue

@@ -1,11 +1,12 @@
+#pragma once
+
 #include "m_WLM_error/catalogue/entry.h"
 
 // Checks by the water-quality guideline (Leitfaden).
 
 namespace m_WLM_error::catalogue {
-namespace {
 
-constexpr Entry LF_entries[] = {
+inline constexpr Entry LF_entries[] = {
     entry<"(a,  ' Der Pfad unter KALDER-Variante ........ : ',a/"
           "              5x, ' ist nicht vorhanden. Die Datenbank zur Prüfung'/"
           "              5x, ' nach dem Leitfaden kann nicht geöffnet werden.')">("LF_DB", error, text1),
@@ -109,9 +110,6 @@ constexpr Entry LF_entries[] = {
           "              7x, '          wird nicht angerechnet: Es liegt'/"
           "              7x, '          unterhalb der Einleitung ... : ',a)">("LF_SP02", note, text1, text2),
 };
-
-}  // namespace
-
-constinit const Group LF_group{"LF", LF_entries, error};
+inline constexpr Group LF_group{"LF", "checks by the water-quality guideline", LF_entries};
 
 }  // namespace m_WLM_error::catalogue

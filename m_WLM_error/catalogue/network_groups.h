@@ -1,12 +1,13 @@
+#pragma once
+
 #include "m_WLM_error/catalogue/entry.h"
 
 // The network: reaches, branchings, control functions, limits of the model, calculation variants, control
 // files.
 
 namespace m_WLM_error::catalogue {
-namespace {
 
-constexpr Entry M_entries[] = {
+inline constexpr Entry M_entries[] = {
     entry<"(a,  ' Die Anzahl der natürlichen Flächen ...... : ',i5/"
           "              3x, ' ist größer als die zulässige Anzahl ..... : ',i5)">("M01", error, int1, int2),
     entry<"(a,  ' Die Anzahl der kanalisierten Flächen .... : ',i5/"
@@ -32,8 +33,9 @@ constexpr Entry M_entries[] = {
           "              3x, ' die zulässige Anzahl .................... : ',i5)">("M07", error, text1, int1,
                                                                                    int2),
 };
+inline constexpr Group M_group{"M", "maximum counts of elements", M_entries};
 
-constexpr Entry T_entries[] = {
+inline constexpr Entry T_entries[] = {
     entry<"(a,  ' In der TRS-Tabelle ..................... : ',a/"
           "              4x, ' fehlt die zweite Zeile der Strecke ..... : ',a)">("TRS0", error, text1, text2),
     entry<"(a,  ' In der TRS-Tabelle ..................... : ',a/"
@@ -122,8 +124,9 @@ constexpr Entry T_entries[] = {
     entry<"(a,  ' Bemerkung: Die Transportstrecke ........ : ',a/"
           "              4x, '            wurde unterteilt. Anzahl .... : ',i5)">("T102", note, text1, int1),
 };
+inline constexpr Group T_group{"T", "transport reaches", T_entries};
 
-constexpr Entry St_entries[] = {
+inline constexpr Entry St_entries[] = {
     entry<"(a,  ' Die Steuerfunktion Nr. .................. : ',i5/"
           "              3x, ' fehlt. Sie wird verlangt vom Element .... : ',a)">("St1", error, int1, text1),
     entry<"(a,  ' Mehrfach gibt es die Steuerfunktion Nr. . : ',i5/"
@@ -152,8 +155,9 @@ constexpr Entry St_entries[] = {
           "              3x, ' Tabelle ................................. : ',a)">("St9", error, int1, int2,
                                                                                   text1),
 };
+inline constexpr Group St_group{"St", "control functions", St_entries};
 
-constexpr Entry Ver_entries[] = {
+inline constexpr Entry Ver_entries[] = {
     entry<"(a,   'In der Tabelle .......................... : ',A/"
           "              3X, ' bei der Verzweigung ..................... : ',a/"
           "              3X, ' sind nur Kennziffern K=[1,3] zulässig! ')">("Ver1", error, text1, text2),
@@ -162,8 +166,9 @@ constexpr Entry Ver_entries[] = {
           "              4x, ' die Trennschärfe unzulässig (%) ........ : ',f9.3/"
           "              4x, ' Zulässig sind Werte von 0 bis 100 %.')">("Ver2", error, text1, text2, real1),
 };
+inline constexpr Group Ver_group{"Ver", "branchings", Ver_entries};
 
-constexpr Entry U_entries[] = {
+inline constexpr Entry U_entries[] = {
     entry<"(a,  ' In der Berechnungsvariante .............. : ',a/"
           "              3x, ' fehlt die Anfangswassertiefe!')">("U01", error, text1),
     entry<"(a,  ' In der Berechnungsvariante .............. : ',a/"
@@ -182,8 +187,9 @@ constexpr Entry U_entries[] = {
           "              3x, ' die Höhe des untersten Profils (m) ...... : ',f9.3)">("U05", error, text1,
                                                                                      real1, real2),
 };
+inline constexpr Group U_group{"U", "calculation variants", U_entries};
 
-constexpr Entry V_entries[] = {
+inline constexpr Entry V_entries[] = {
     entry<"(a,  ' Die Steuerdatei ......................... : ',a/"
           "              3x, ' fehlt oder kann nicht geöffnet werden!')">("V00", error, text1),
     entry<"(a,  ' Die Steuerdatei ......................... : ',a/"
@@ -234,14 +240,6 @@ constexpr Entry V_entries[] = {
     then<"(t18,i5,1x,a)">(int1, text2),
     then<"(t18,i5,1x,a)">(int2, text3),
 };
-
-}  // namespace
-
-constinit const Group M_group{"M", M_entries, error};
-constinit const Group T_group{"T", T_entries, error};
-constinit const Group St_group{"St", St_entries, error};
-constinit const Group Ver_group{"Ver", Ver_entries, error};
-constinit const Group U_group{"U", U_entries, error};
-constinit const Group V_group{"V", V_entries, error};
+inline constexpr Group V_group{"V", "control files", V_entries};
 
 }  // namespace m_WLM_error::catalogue
