@@ -7,27 +7,13 @@
 #include <string_view>
 
 #include "m_WLM_error/catalogue/entry.h"
+#include "runtime/cp1252.h"
 
 namespace {
 
 namespace catalogue = m_WLM_error::catalogue;
 using catalogue::Argument;
 using catalogue::Entry;
-
-// The catalogue's letters lie where Windows-1252 has the code points of Unicode.
-std::string utf8(std::string_view windows_1252) {
-  std::string text;
-  for (const char character : windows_1252) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (byte < 0x80) {
-      text += character;
-    } else {
-      text += static_cast<char>(0xC0U | (byte >> 6U));
-      text += static_cast<char>(0x80U | (byte & 0x3FU));
-    }
-  }
-  return text;
-}
 
 std::string_view placeholder(Argument argument) {
   constexpr std::string_view names[] = {"<text1>", "<text2>", "<text3>"};
@@ -135,12 +121,12 @@ void append_rows(std::string& out, std::span<const Entry> rows) {
   out += "**" + std::string(entry.code) + "** (" + std::string(level_name(entry.level)) + remarks(entry) +
          ")\n\n";
   out += "```text\n";
-  for (const Entry& row : rows) out += utf8(Lines(row).text());
+  for (const Entry& row : rows) out += runtime::to_utf8(Lines(row).text());
   if (entry.counter != catalogue::Counter::none) {
     Entry closing;
     closing.format = entry.closing;
     closing.continues = true;
-    out += utf8(Lines(closing).text());
+    out += runtime::to_utf8(Lines(closing).text());
   }
   out += "```\n\n";
 }
