@@ -55,10 +55,10 @@ bool ChooseVariantFile(std::string_view title, std::span<const SCRENIX::FileFilt
 void ReadAllInputs(std::string_view variant_name) {
   m_System::ReadSystemFile(variant_name);
   if (m_WLM_error::ErrorLevel > 1) return;
-  if (m_System::system_logic.count_N > 0) m_Einleiter::ReadNaturalAreas(variant_name);
-  if (m_System::system_logic.count_K > 0) m_Einleiter::ReadCanalisedAreas(variant_name);
-  if (m_System::system_logic.count_T > 0) m_Gerinne::ReadReaches(variant_name);
-  if (m_System::system_logic.count_V > 0) m_Bauwerke::ReadBranchings(variant_name);
+  if (m_System::system_logic.count('N') > 0) m_Einleiter::ReadNaturalAreas(variant_name);
+  if (m_System::system_logic.count('K') > 0) m_Einleiter::ReadCanalisedAreas(variant_name);
+  if (m_System::system_logic.count('T') > 0) m_Gerinne::ReadReaches(variant_name);
+  if (m_System::system_logic.count('V') > 0) m_Bauwerke::ReadBranchings(variant_name);
 }
 
 void ProgramDriver() {

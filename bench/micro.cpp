@@ -7,11 +7,13 @@
 #include <string>
 #include <vector>
 
+#include "m_System/companion_file.h"
+#include "m_System/filled_tables.h"
 #include "m_System/m_System.h"
 #include "m_System/name_index.h"
-#include "m_System/record_search.h"
 #include "runtime/edit_input.h"
 #include "runtime/edit_output.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
 
 // The steps that a run repeats for every line: each alone, in time per line, number or name.
@@ -51,9 +53,9 @@ std::string area_line(std::int32_t number) {
 
 void fill_system(std::int32_t count) {
   m_System::reset();
-  m_System::system_logic.total_count = count;
+  m_System::filled_tables.total_count = count;
   m_System::AllocateSystemTables();
-  for (std::int32_t i = 1; i <= count; ++i) m_System::system_logic.name.at(i) = element_name(i);
+  for (std::int32_t i = 1; i <= count; ++i) m_System::filled_tables.name.at(i) = element_name(i);
 }
 
 void CutRecords(benchmark::State& state, std::string_view line_end) {
@@ -65,7 +67,7 @@ void CutRecords(benchmark::State& state, std::string_view line_end) {
   while (state.KeepRunning()) {
     runtime::rewind(unit);
     std::string_view line;
-    while (runtime::read_line(unit, 100, line) == runtime::ReadStatus::good) benchmark::DoNotOptimize(line);
+    for (runtime::LineReader reader(unit, 100); reader.next(line);) benchmark::DoNotOptimize(line);
   }
   runtime::close(unit);
   state.SetItemsProcessed(state.iterations() * lines);
@@ -87,11 +89,9 @@ BENCHMARK_CAPTURE(EditIn, far_exponent, "1e-30");
 BENCHMARK_CAPTURE(EditIn, blank, "     ");
 
 void EditOutFixed(benchmark::State& state, double value) {
-  std::string out;
+  const runtime::Value field(value);
   while (state.KeepRunning()) {
-    out.clear();
-    runtime::append_fixed(out, 10, 3, value);
-    benchmark::DoNotOptimize(out);
+    benchmark::DoNotOptimize(runtime::formatted(runtime::format<"(f10.3)">, {&field, 1}));
   }
   state.SetItemsProcessed(state.iterations());
 }
@@ -101,13 +101,10 @@ BENCHMARK_CAPTURE(EditOutFixed, too_wide, 1.0E20);
 
 void EditOutListingLine(benchmark::State& state) {
   const auto& layout = runtime::format<"(6(a,1x),6i4)">;
-  std::string out;
   while (state.KeepRunning()) {
-    out.clear();
     const std::array<runtime::Value, 12> values = {"T0010", "N0010", "K0010", "     ", "T0020", "     ",
                                                    3,       1,       2,       0,       4,       0};
-    runtime::append_formatted(out, layout, values, "\n");
-    benchmark::DoNotOptimize(out);
+    benchmark::DoNotOptimize(runtime::formatted(layout, values));
   }
   state.SetItemsProcessed(state.iterations());
 }
@@ -136,25 +133,25 @@ void FindName(benchmark::State& state) {
 }
 BENCHMARK(FindName)->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
 
-void FindRecords(benchmark::State& state, bool reversed) {
+void FindLines(benchmark::State& state, bool reversed) {
   const auto count = static_cast<std::int32_t>(state.range(0));
   fill_system(count);
   std::string text;
   for (std::int32_t i = 1; i <= count; ++i) text += area_line(reversed ? count + 1 - i : i);
   const TemporaryFile file(text);
+  const m_System::CompanionKind areas{
+      .extension = "", .type = 'N', .numbered = "N", .allocate = nullptr, .read = nullptr};
   while (state.KeepRunning()) {
-    runtime::open(unit, file.path(), runtime::OpenStatus::old);
-    m_System::RecordSearch search{.unit = unit};
-    for (std::int32_t i = 1; i <= count; ++i) {
-      benchmark::DoNotOptimize(m_System::find_record(search, i));
-    }
-    runtime::close(unit);
+    m_System::CompanionFile lines(file.path(), areas);
+    lines.open();
+    for (std::int32_t i = 1; i <= count; ++i) benchmark::DoNotOptimize(lines.find(i));
+    lines.close();
   }
   state.SetItemsProcessed(state.iterations() * count);
   m_System::reset();
 }
-BENCHMARK_CAPTURE(FindRecords, system_order, false)->Arg(1'000)->Arg(100'000);
-BENCHMARK_CAPTURE(FindRecords, reversed, true)->Arg(1'000)->Arg(100'000);
+BENCHMARK_CAPTURE(FindLines, system_order, false)->Arg(1'000)->Arg(100'000);
+BENCHMARK_CAPTURE(FindLines, reversed, true)->Arg(1'000)->Arg(100'000);
 
 }  // namespace
 

@@ -10,7 +10,9 @@
 #include "m_files/m_files.h"
 #include "runtime/cp1252.h"
 #include "runtime/fixed_text.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 
 namespace m_WLM_error {
 namespace {
@@ -57,7 +59,7 @@ void load_suppression_list() {
   state.suppression_active = runtime::try_open(unit, "fehlercode.ex", runtime::OpenStatus::old);
   if (!state.suppression_active) return;
   std::string_view line;
-  while (runtime::read_line(unit, 100, line) == runtime::ReadStatus::good) append_line_to_list(line);
+  for (runtime::LineReader list(unit, 100); list.next(line);) append_line_to_list(line);
   runtime::close(unit);
 }
 
@@ -80,8 +82,8 @@ void open_protocol() {
   state.header_pending = false;
   state.protocol_unit = m_files::free_unit(first_unit);
   runtime::open(state.protocol_unit, state.protocol_path.trimmed(), runtime::OpenStatus::unknown);
-  runtime::write_line(state.protocol_unit,
-                      std::string("Prüfprotokoll: "_w1252).append(state.run_label.trimmed()));
+  runtime::write<"(a)">(state.protocol_unit,
+                        std::string("Prüfprotokoll: "_w1252).append(state.run_label.trimmed()));
 }
 
 // Writing a message.
@@ -143,8 +145,8 @@ void handle(const catalogue::Group& group, const Values& values) {
   const std::span<const Entry> rows = catalogue::find_entry(group, values);
   if (rows.empty()) {
     state.current_level = severity(group.default_level, values);
-    runtime::write(state.protocol_unit, runtime::format<"(A,  '-Kommentar bei ', A, ' nicht definiert!')">,
-                   {values.code, values.texts[0]});
+    runtime::write<"(A,  '-Kommentar bei ', A, ' nicht definiert!')">(state.protocol_unit, values.code,
+                                                                      values.texts[0]);
     return;
   }
   state.current_level = severity(rows.front().level, values);

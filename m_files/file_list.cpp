@@ -7,6 +7,7 @@
 #include "runtime/command.h"
 #include "runtime/cp1252.h"
 #include "runtime/host.h"
+#include "runtime/read.h"
 #include "runtime/stop.h"
 #include "runtime/units.h"
 
@@ -114,7 +115,7 @@ template <class Keep>
 void scan_listing(int unit, const Filter& filter, Keep keep) {
   std::size_t name_place = std::string_view::npos;
   std::string_view line;
-  while (runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good) {
+  for (runtime::LineReader listing(unit, line_width); listing.next(line);) {
     line = runtime::trimmed(line);
     const bool folder = contains(line, "<DIR>");
     if (name_place == std::string_view::npos) {

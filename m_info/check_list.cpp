@@ -7,6 +7,8 @@
 #include "m_strings/m_strings.h"
 #include "runtime/arithmetic.h"
 #include "runtime/format.h"
+#include "runtime/read.h"
+#include "runtime/read_fields.h"
 #include "runtime/units.h"
 
 namespace m_info {
@@ -41,11 +43,11 @@ void read_report_numbers(std::string_view value) {
 }
 
 bool read_number(std::string_view value, std::int32_t& number) {
-  return runtime::read_fields(value, runtime::format<"(i20)">, {number}) == runtime::ReadStatus::good;
+  return runtime::read_fields(value, runtime::format<"(i20)">, {number});
 }
 
 bool read_station(std::string_view value, double& station) {
-  return runtime::read_fields(value, runtime::format<"(f20.0)">, {station}) == runtime::ReadStatus::good;
+  return runtime::read_fields(value, runtime::format<"(f20.0)">, {station});
 }
 
 // A line counts even when its level cannot be read.
@@ -53,7 +55,7 @@ bool read_water_level(std::string_view value) {
   const std::int32_t count = ++check_list.water_level_count;
   if (count > water_level_capacity) return true;
   double& level = check_list.water_levels.at(count);
-  return runtime::read_fields(value, runtime::format<"(f10.0)">, {level}) == runtime::ReadStatus::good;
+  return runtime::read_fields(value, runtime::format<"(f10.0)">, {level});
 }
 
 void read_element_name(std::string_view value) {
@@ -141,7 +143,7 @@ void read_check_list() {
   const int unit = m_files::free_unit(first_list_unit);
   if (!runtime::try_open(unit, "Pruefliste.lis", runtime::OpenStatus::old)) return;
   std::string_view line;
-  while (runtime::read_line(unit, list_line_width, line) == runtime::ReadStatus::good) {
+  for (runtime::LineReader list(unit, list_line_width); list.next(line);) {
     if (!line.starts_with('#') && !read_entry(line)) break;
   }
   runtime::close(unit);

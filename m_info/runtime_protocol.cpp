@@ -1,7 +1,9 @@
 #include "m_files/m_files.h"
 #include "m_info/m_info.h"
 #include "runtime/host.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 
 namespace m_info {
 
@@ -37,22 +39,20 @@ void open_protocol() {
     return;
   }
   runtime::open(protocol.runtime_unit, protocol_file, runtime::OpenStatus::old);
-  auto status = runtime::ReadStatus::good;
+  runtime::LineReader written(protocol.runtime_unit, protocol_line_width);
   std::string_view line;
-  while (status == runtime::ReadStatus::good) {
-    status = runtime::read_line(protocol.runtime_unit, protocol_line_width, line);
+  while (written.next(line)) {
   }
   runtime::backspace(protocol.runtime_unit);
 }
 
 void write_text(std::string_view text) {
-  runtime::write(protocol.runtime_unit, runtime::format<"(a    )">, {runtime::trimmed(text)});
+  runtime::write<"(a    )">(protocol.runtime_unit, runtime::trimmed(text));
 }
 
 void write_counter(std::int32_t number) {
   if (!is_counter(number)) return;
-  runtime::write(protocol.runtime_unit, runtime::format<"(a,i2.2,a,i10)">,
-                 {"N(", number, ") = ", protocol.counters.at(number)});
+  runtime::write<"(a,i2.2,a,i10)">(protocol.runtime_unit, "N(", number, ") = ", protocol.counters.at(number));
 }
 
 void write_timer(std::int32_t number) {
@@ -61,10 +61,9 @@ void write_timer(std::int32_t number) {
   const std::int64_t rate = runtime::host().ticks_per_second();
   const std::int64_t milliseconds = ticks * (rate / 1000);
   const float seconds = rate > 0 ? static_cast<float>(ticks) / static_cast<float>(rate) : 0.0F;
-  runtime::write(protocol.runtime_unit,
-                 runtime::format<"('Zeit',i3,' : ',i2.2,':',i2.2,':',i2.2,'.',i3.3,f12.3)">,
-                 {number, milliseconds / 3'600'000, milliseconds % 3'600'000 / 60'000,
-                  milliseconds % 60'000 / 1'000, milliseconds % 1'000, seconds});
+  runtime::write<"('Zeit',i3,' : ',i2.2,':',i2.2,':',i2.2,'.',i3.3,f12.3)">(
+      protocol.runtime_unit, number, milliseconds / 3'600'000, milliseconds % 3'600'000 / 60'000,
+      milliseconds % 60'000 / 1'000, milliseconds % 1'000, seconds);
 }
 
 void set_counter(std::int32_t number) {

@@ -4,8 +4,8 @@
 #include <limits>
 #include <new>
 
-/// Memory for tables and files. A large block lies on large pages of the host, and when it is released it is
-/// kept for the next one: most of what memory costs here is the first touch of its pages.
+/// Memory for tables and files. A large block lies on large pages where the host has them: most of what
+/// memory costs here is the first touch of its pages.
 namespace runtime {
 
 /// Memory for `bytes` bytes of any content, aligned for every plain type; null when there is none.

@@ -67,10 +67,9 @@ void set_host(Host* replacement);
 inline constexpr int standard_output_handle = 1;
 inline constexpr int standard_error_handle = 2;
 
-/// Zeroed memory straight from the system, beginning at a multiple of `alignment` (whole pages, as is the
-/// size) and on large pages where the system has them; null when there is none. It is there until the process
-/// ends.
-void* map_memory(std::size_t bytes, std::size_t alignment);
+/// Memory of any content that lies on large pages where the system has them, for `std::free`; null when there
+/// is none.
+void* allocate_on_large_pages(std::size_t bytes);
 
 /// Makes the process safe for file work: a reader of standard output that goes away, or a file that reaches
 /// the size the host allows, is an error of the write and not the end of the process, and a standard stream

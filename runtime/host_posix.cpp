@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
+#include <limits>
 
 #include "runtime/host.h"
 
@@ -160,17 +162,13 @@ void set_host(Host* replacement) {
   replacement_host = replacement;
 }
 
-void* map_memory(std::size_t bytes, std::size_t alignment) {
-  const std::size_t room = bytes + alignment;
-  void* const mapped = ::mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (mapped == MAP_FAILED) return nullptr;
-  const std::size_t misplaced = reinterpret_cast<std::uintptr_t>(mapped) % alignment;
-  const std::size_t skipped = misplaced == 0 ? 0 : alignment - misplaced;
-  char* const memory = static_cast<char*>(mapped) + skipped;
-  if (skipped > 0) ::munmap(mapped, skipped);
-  ::munmap(memory + bytes, alignment - skipped);
+void* allocate_on_large_pages(std::size_t bytes) {
+  constexpr std::size_t large_page = std::size_t{2} << 20U;
+  if (bytes > std::numeric_limits<std::size_t>::max() - large_page) return nullptr;
+  const std::size_t whole_pages = (bytes + large_page - 1) / large_page * large_page;
+  void* const memory = std::aligned_alloc(large_page, whole_pages);
 #ifdef MADV_HUGEPAGE
-  ::madvise(memory, bytes, MADV_HUGEPAGE);
+  if (memory != nullptr) ::madvise(memory, whole_pages, MADV_HUGEPAGE);
 #endif
   return memory;
 }

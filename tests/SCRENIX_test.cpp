@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "runtime/units.h"
+#include "runtime/write.h"
 #include "tests/child.h"
 #include "tests/test_files.h"
 
@@ -436,7 +437,7 @@ TEST(StoppingEntries, CompleteTheOpenFiles) {
   const std::string path = folder.file("open_file");
   child::run([&] {
     runtime::open(77, path, runtime::OpenStatus::unknown);
-    runtime::write_line(77, "vor dem Ende");
+    runtime::write<"(a)">(77, "vor dem Ende");
     start_print();
   });
   EXPECT_EQ(test_files::read_bytes(path), "vor dem Ende\n");

@@ -10,8 +10,11 @@
 #include <vector>
 
 #include "KV_Akum/KV_Akum.h"
+#include "m_Bauwerke/filled_tables.h"
 #include "m_Bauwerke/m_Bauwerke.h"
+#include "m_Einleiter/filled_tables.h"
 #include "m_Einleiter/m_Einleiter.h"
+#include "m_Gerinne/filled_tables.h"
 #include "m_Gerinne/m_Gerinne.h"
 #include "m_System/m_System.h"
 #include "runtime/array.h"
@@ -21,9 +24,6 @@
 namespace {
 
 using KV_Akum::AccumulateAreas;
-using m_Bauwerke::branching_tables;
-using m_Einleiter::source_tables;
-using m_Gerinne::reach_tables;
 using testing::ElementsAre;
 using variant_files::fill_system_logic;
 using variant_files::german;
@@ -50,8 +50,8 @@ class AccumulationTest : public testing::Test {
     std::int32_t s = 0;
     for (const Source& source : sources) {
       ++s;
-      source_tables.area.at(s) = source.area;
-      source_tables.sealing.at(s) = source.sealing;
+      m_Einleiter::filled_tables.area.at(s) = source.area;
+      m_Einleiter::filled_tables.sealing.at(s) = source.sealing;
     }
   }
 
@@ -60,15 +60,15 @@ class AccumulationTest : public testing::Test {
     std::int32_t b = 0;
     for (const Branching& branching : branchings) {
       ++b;
-      branching_tables.code.at(b) = branching.code;
-      branching_tables.share.at(b) = branching.share;
+      m_Bauwerke::filled_tables.code.at(b) = branching.code;
+      m_Bauwerke::filled_tables.share.at(b) = branching.share;
     }
   }
 
   static void fill_stations(std::initializer_list<float> stations) {
     ASSERT_EQ(m_Gerinne::AllocateReachTables(), 0);
     std::int32_t r = 0;
-    for (const float station : stations) reach_tables.station_value.at(++r) = station;
+    for (const float station : stations) m_Gerinne::filled_tables.station_value.at(++r) = station;
   }
 
   // The lines of the reaches.

@@ -1,4 +1,5 @@
 #include "m_System/m_System.h"
+#include "m_System/filled_tables.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,6 +15,7 @@
 
 #include "m_WLM_error/m_WLM_error.h"
 #include "runtime/array.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
 #include "tests/variant_files.h"
 
@@ -61,7 +63,7 @@ class SystemTest : public testing::Test {
 // The tables.
 
 TEST_F(SystemTest, AllocatesBlanksAndZeros) {
-  system_logic.total_count = 3;
+  m_System::filled_tables.total_count = 3;
   EXPECT_EQ(AllocateSystemTables(), 0);
   EXPECT_EQ(system_logic.element_count, 3);
   EXPECT_EQ(system_logic.mark.size(), 5);
@@ -89,7 +91,7 @@ TEST_F(SystemTest, WithoutElementsEveryTableHasOneEntry) {
 }
 
 TEST_F(SystemTest, ReportsAFailedAllocation) {
-  system_logic.total_count = 100;
+  m_System::filled_tables.total_count = 100;
   // Enough for the small tables and too little for the inflow names.
   for (const std::size_t limit : {std::size_t{0}, std::size_t{101} * 12}) {
     runtime::limit_allocations(limit);
@@ -224,12 +226,12 @@ TEST_F(SystemTest, CountsTheTypes) {
                   {"B2", {"B1", "V1"}, {"ENDE"}}}));
   EXPECT_EQ(system_logic.total_count, 9);
   EXPECT_EQ(system_logic.element_count, 9);
-  EXPECT_EQ(system_logic.count_N, 2);
-  EXPECT_EQ(system_logic.count_K, 1);
-  EXPECT_EQ(system_logic.count_E, 1);
-  EXPECT_EQ(system_logic.count_T, 1);
-  EXPECT_EQ(system_logic.count_V, 1);
-  EXPECT_EQ(system_logic.count_B, 2);
+  EXPECT_EQ(system_logic.count('N'), 2);
+  EXPECT_EQ(system_logic.count('K'), 1);
+  EXPECT_EQ(system_logic.count('E'), 1);
+  EXPECT_EQ(system_logic.count('T'), 1);
+  EXPECT_EQ(system_logic.count('V'), 1);
+  EXPECT_EQ(system_logic.count('B'), 2);
 }
 
 TEST_F(SystemTest, AFileWithoutElementLines) {
@@ -256,7 +258,7 @@ TEST_F(SystemTest, AnElementBehindTheEndMarkerLeavesABlankPlace) {
   network.push_back({"T0030", {"T0020"}, {}});
   read(sys_lines(network));
   EXPECT_EQ(system_logic.element_count, 5);
-  EXPECT_EQ(system_logic.count_T, 3);
+  EXPECT_EQ(system_logic.count('T'), 3);
   EXPECT_TRUE(system_logic.name.at(5).blank());
   EXPECT_EQ(system_logic.type.at(5), ' ');
   EXPECT_EQ(system_logic.outflow_index.at(5).at(1), 6);
@@ -295,7 +297,7 @@ TEST_F(SystemTest, PassesOverOtherLines) {
     m_System::CountElements(unit);
     // The unit is rewound.
     std::string_view first;
-    EXPECT_EQ(runtime::read_line(unit, 200, first), runtime::ReadStatus::good);
+    EXPECT_TRUE(runtime::LineReader(unit, 200).next(first));
     EXPECT_EQ(first, line);
     runtime::close(unit);
     return system_logic.total_count == 1;

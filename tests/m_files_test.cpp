@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "runtime/cp1252.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 #include "tests/suite_host.h"
 #include "tests/unit_watch.h"
 
@@ -71,7 +73,7 @@ TEST_F(OpenChecked, NewReplacesAnExistingFile) {
 
 TEST_F(OpenChecked, NewReplacesAFileThatAUnitHolds) {
   runtime::open(100, "a.txt", OpenStatus::unknown);
-  runtime::write_line(100, "before");
+  runtime::write<"(a)">(100, "before");
   int unit = 0;
   EXPECT_EQ(open_checked("a.txt", "new  ", unit, 300), file_opened);
   EXPECT_EQ(unit, 300);
@@ -85,7 +87,7 @@ TEST_F(OpenChecked, OldMustExist) {
   write_bytes("a.txt", "line\n");
   EXPECT_EQ(open_checked("a.txt", "OLD", unit), file_opened);
   std::string_view line;
-  EXPECT_EQ(runtime::read_line(unit, 80, line), runtime::ReadStatus::good);
+  EXPECT_TRUE(runtime::LineReader(unit, 80).next(line));
   EXPECT_EQ(line, "line");
 }
 
@@ -171,7 +173,7 @@ TEST_F(DeleteFile, DeletesAndFreesItsUnit) {
 
 TEST_F(DeleteFile, ClosesTheUnitThatHoldsTheFile) {
   runtime::open(42, "a.txt", OpenStatus::unknown);
-  runtime::write_line(42, "x");
+  runtime::write<"(a)">(42, "x");
   EXPECT_EQ(delete_file_if_exists("a.txt"), file_deleted);
   EXPECT_FALSE(runtime::is_connected(42));
   EXPECT_FALSE(exists("a.txt"));
@@ -242,7 +244,7 @@ TEST_F(CopyFileLines, TakesASourceThatIsOpenFromItsBeginning) {
   write_bytes("a.txt", "one\ntwo\n");
   runtime::open(50, "a.txt", OpenStatus::old);
   std::string_view line;
-  ASSERT_EQ(runtime::read_line(50, 80, line), runtime::ReadStatus::good);
+  ASSERT_TRUE(runtime::LineReader(50, 80).next(line));
   EXPECT_EQ(copy_file_lines("a.txt", "b.txt"), lines_copied);
   EXPECT_EQ(read_bytes("b.txt"), "one\ntwo\n");
   EXPECT_FALSE(runtime::is_connected(50));
@@ -292,7 +294,7 @@ TEST_F(CopyLine, LeavesTheUnitsOfTheCallerOpen) {
   Line line;
   EXPECT_EQ(copy_line(10, 11, line), LineCopy::copied);
   EXPECT_EQ(copy_line(10, 11, line), LineCopy::end_of_file);
-  runtime::write_line(11, "behind");
+  runtime::write<"(a)">(11, "behind");
   runtime::close(11);
   EXPECT_TRUE(runtime::is_connected(10));
   EXPECT_EQ(read_bytes("b.txt"), "one\nbehind\n");

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "runtime/cp1252.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
 #include "tests/test_files.h"
 #include "tests/test_host.h"
@@ -262,7 +263,7 @@ TEST(ContainsOemUmlauts, ReadsAndRewindsAGivenUnit) {
     EXPECT_GT(host.calls(HostCall::read), 0);
     for (int pass = 0; pass < 2; ++pass) {
       std::string_view line;
-      ASSERT_EQ(runtime::read_line(120, 80, line), runtime::ReadStatus::good);
+      ASSERT_TRUE(runtime::LineReader(120, 80).next(line));
       EXPECT_EQ(line, "first");
       EXPECT_EQ(ContainsOemUmlauts("a.txt", 120), 0);
     }

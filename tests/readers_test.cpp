@@ -146,26 +146,27 @@ TEST_F(AreaTest, WithoutAUnitLineAreasAreKm2) {
 }
 
 TEST_F(AreaTest, TheFirstKeywordOfALineWins) {
-  const auto factor_of = [](const std::string& line) {
+  std::string unit_before = unit_line("ha");
+  const auto factor_of = [&](const std::string& line) {
     variant_files::start_afresh();
     elements({"N1"});
-    source_tables.unit_factor = 7.0F;
-    read_natural({line, area_line("N1", "1.")});
+    read_natural({unit_before, line, area_line("N1", "1.")});
     return source_tables.unit_factor;
   };
   EXPECT_EQ(factor_of(unit_line("qkmha")), 1.0F);
   EXPECT_EQ(factor_of(unit_line("haqkm")), 1.0F);
+  EXPECT_EQ(factor_of(unit_line("  qm")), 1.0e-6F);
+  unit_before = unit_line("qm");
   EXPECT_EQ(factor_of(unit_line("qm ha")), 0.01F);
   EXPECT_EQ(factor_of(unit_line("haqm")), 0.01F);
-  EXPECT_EQ(factor_of(unit_line("  qm")), 1.0e-6F);
   EXPECT_EQ(factor_of(unit_line("[ha]")), 0.01F);
   // Outside the columns, in part or in upper case it is no keyword.
-  EXPECT_EQ(factor_of(columns_line({{1, "qkm"}})), 7.0F);
-  EXPECT_EQ(factor_of(columns_line({{10, "ha"}})), 7.0F);
-  EXPECT_EQ(factor_of(columns_line({{15, "ha"}})), 7.0F);
-  EXPECT_EQ(factor_of(columns_line({{14, "qkm"}})), 7.0F);
-  EXPECT_EQ(factor_of(unit_line("QKM")), 7.0F);
-  EXPECT_EQ(factor_of(unit_line("")), 7.0F);
+  EXPECT_EQ(factor_of(columns_line({{1, "qkm"}})), 1.0e-6F);
+  EXPECT_EQ(factor_of(columns_line({{10, "ha"}})), 1.0e-6F);
+  EXPECT_EQ(factor_of(columns_line({{15, "ha"}})), 1.0e-6F);
+  EXPECT_EQ(factor_of(columns_line({{14, "qkm"}})), 1.0e-6F);
+  EXPECT_EQ(factor_of(unit_line("QKM")), 1.0e-6F);
+  EXPECT_EQ(factor_of(unit_line("")), 1.0e-6F);
 }
 
 TEST_F(AreaTest, AUnitHoldsUntilTheNext) {

@@ -43,10 +43,14 @@ std::uint32_t bits_of(std::string_view hexadecimal) {
   return static_cast<std::uint32_t>(std::stoul(std::string(hexadecimal), nullptr, 16));
 }
 
+std::string edited(const std::string& notation, runtime::Value value) {
+  const runtime::ParsedFormat parsed = runtime::parse_format(notation);
+  EXPECT_TRUE(parsed.valid) << notation;
+  return runtime::formatted(parsed.view(), {&value, 1});
+}
+
 std::string fixed(std::size_t width, std::size_t decimals, double value) {
-  std::string text;
-  runtime::append_fixed(text, width, decimals, value);
-  return text;
+  return edited("(f" + std::to_string(width) + "." + std::to_string(decimals) + ")", value);
 }
 
 // The text of an independent formatter, justified into its field.
@@ -383,9 +387,7 @@ std::string known_fixed(float value) {
 }
 
 std::string integer_text(std::size_t width, std::size_t minimum, std::int32_t value) {
-  std::string text;
-  runtime::append_integer(text, width, minimum, value);
-  return text;
+  return edited("(i" + std::to_string(width) + "." + std::to_string(minimum) + ")", value);
 }
 
 template <std::size_t width, std::size_t minimum>

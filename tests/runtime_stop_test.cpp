@@ -14,6 +14,7 @@
 #include "runtime/host.h"
 #include "runtime/stop.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 #include "tests/test_files.h"
 #include "tests/test_host.h"
 
@@ -29,7 +30,7 @@ class StopDeathTest : public testing::Test {
   [[nodiscard]] std::string file(std::string_view name) const { return folder_.file(name); }
   void write_two_files() const {
     runtime::open(100, file("one"), OpenStatus::unknown);
-    runtime::write_line(100, "first");
+    runtime::write<"(a)">(100, "first");
     runtime::open(101, file("two"), OpenStatus::unknown);
     runtime::write_text(101, "second");
   }

@@ -17,8 +17,10 @@
 #include <vector>
 
 #include "runtime/cp1252.h"
+#include "runtime/edit_output.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
-#include "runtime/write_record.h"
+#include "runtime/write.h"
 #include "tests/test_files.h"
 #include "tests/test_host.h"
 
@@ -29,7 +31,6 @@ using namespace runtime::literals;
 using namespace std::string_view_literals;
 using runtime::CloseStatus;
 using runtime::OpenStatus;
-using runtime::ReadStatus;
 using test_files::read_bytes;
 using test_files::write_bytes;
 using Records = std::vector<std::string>;
@@ -57,14 +58,14 @@ using UnitsDeathTest = Units;
 // The next record, or "<end>".
 std::string next_record(int unit = kUnit) {
   std::string_view record;
-  if (runtime::read_line(unit, kWhole, record) == ReadStatus::end_of_file) return "<end>";
+  if (!runtime::LineReader(unit, kWhole).next(record)) return "<end>";
   return std::string(record);
 }
 
 Records rest_of(int unit = kUnit) {
   Records records;
   std::string_view record;
-  while (runtime::read_line(unit, kWhole, record) == ReadStatus::good) records.emplace_back(record);
+  for (runtime::LineReader reader(unit, kWhole); reader.next(record);) records.emplace_back(record);
   return records;
 }
 
@@ -98,13 +99,12 @@ TEST_F(Units, RecordsThatTheCompilerLaysOutAreTheSame) {
     for (const std::int32_t number : numbers) {
       const runtime::FixedText<5> name("T1");
       const std::string general = written(file("general"), [&] {
-        runtime::write(kUnit, runtime::format<"(2x,a,1x,'km ',2(i4,2x),f8.3,f11.0,i12.5,x)">,
-                       {name.view(), number, number, real, real, number});
+        const std::array<runtime::Value, 6> values{name, number, number, real, real, number};
+        runtime::write(kUnit, runtime::format<"(2x,a,1x,'km ',2(i4,2x),f8.3,f11.0,i12.5,x)">, values);
       });
       const std::string laid_out = written(file("laid_out"), [&] {
-        runtime::LineWriter writer(kUnit);
-        runtime::write_record<"(2x,a,1x,'km ',2(i4,2x),f8.3,f11.0,i12.5,x)">(writer, name, number, number,
-                                                                             real, real, number);
+        runtime::write<"(2x,a,1x,'km ',2(i4,2x),f8.3,f11.0,i12.5,x)">(kUnit, name, number, number, real, real,
+                                                                      number);
       });
       EXPECT_EQ(laid_out, general);
     }
@@ -157,7 +157,7 @@ TEST_F(Units, TakeVeryLongRecords) {
   const std::string longer(3'000'000, 'x');
   open_with(longer + "\r\n" + longer + "y");
   std::string_view record;
-  ASSERT_EQ(runtime::read_line(kUnit, 200, record), ReadStatus::good);
+  ASSERT_TRUE(runtime::LineReader(kUnit, 200).next(record));
   EXPECT_EQ(record, longer.substr(0, 200));
   EXPECT_EQ(next_record(), longer + "y");
   EXPECT_EQ(next_record(), "<end>");
@@ -166,9 +166,9 @@ TEST_F(Units, TakeVeryLongRecords) {
 TEST_F(Units, CutARecordAtTheWidth) {
   open_with("abcdef\nab\n");
   std::string_view record;
-  ASSERT_EQ(runtime::read_line(kUnit, 3, record), ReadStatus::good);
+  ASSERT_TRUE(runtime::LineReader(kUnit, 3).next(record));
   EXPECT_EQ(record, "abc");
-  ASSERT_EQ(runtime::read_line(kUnit, 3, record), ReadStatus::good);
+  ASSERT_TRUE(runtime::LineReader(kUnit, 3).next(record));
   EXPECT_EQ(record, "ab");
 }
 
@@ -214,66 +214,6 @@ TEST_F(Units, PositionsBringRecordsBack) {
   EXPECT_EQ(next_record(), "<end>");
 }
 
-TEST_F(Units, PlacesBringRecordsBackWithWhatFollows) {
-  const std::string very_long(20000, 'x');
-  for (const std::string& end : {std::string("\n"), std::string("\r\n"), std::string("\r")}) {
-    std::string bytes("a");
-    bytes.append(end).append(end).append(very_long).append(end).append("bcd").append(end).append("last");
-    open_with(bytes);
-    runtime::LineReader reader(kUnit, 3);
-    const std::vector<std::string> records = {"a", "", "xxx", "bcd", "las"};
-    std::string_view record;
-    std::vector<runtime::RecordPlace> places;
-    std::vector<runtime::RecordPosition> behind;
-    while (reader.next(record)) {
-      EXPECT_EQ(record, records.at(places.size()));
-      places.push_back(reader.place());
-      behind.push_back(reader.position());
-    }
-    ASSERT_EQ(places.size(), records.size());
-    for (std::size_t i = records.size(); i-- > 0;) {
-      ASSERT_TRUE(reader.read_at(places[i], record));
-      EXPECT_EQ(record, records[i]);
-      EXPECT_EQ(reader.position(), behind[i]);
-      EXPECT_EQ(next_record().substr(0, 3), i + 1 < records.size() ? records[i + 1] : "<en");
-    }
-    runtime::close(kUnit);
-  }
-}
-
-TEST_F(Units, APlaceBehindTheEndHasNoRecord) {
-  open_with("a\nb\n");
-  runtime::LineReader reader(kUnit, kWhole);
-  std::string_view record = "before";
-  EXPECT_FALSE(reader.read_at(runtime::RecordPlace(100, 5, 106), record));
-  EXPECT_EQ(record, "before");
-  ASSERT_TRUE(reader.read_at(runtime::RecordPlace(2, 50, 53), record));
-  EXPECT_EQ(record, "b");
-}
-
-TEST_F(Units, BytesAboveAsciiAreSeenInEveryPlace) {
-  for (const std::size_t size : {1U, 15U, 33U, 300000U, 600001U}) {
-    for (const std::size_t place : {std::size_t{0}, size / 2, size - 1}) {
-      std::string bytes(size, 'a');
-      open_with(bytes);
-      EXPECT_TRUE(runtime::is_ascii(kUnit));
-      runtime::close(kUnit);
-      bytes[place] = '\x80';
-      open_with(bytes);
-      EXPECT_FALSE(runtime::is_ascii(kUnit)) << place << " of " << size;
-      runtime::close(kUnit);
-    }
-  }
-}
-
-TEST_F(Units, AUnitThatIsWrittenHasNoBytesAboveAscii) {
-  open_with("\x80\n");
-  EXPECT_FALSE(runtime::is_ascii(kUnit));
-  EXPECT_EQ(rest_of(), Records{"\x80"});
-  runtime::write_line(kUnit, "a");
-  EXPECT_TRUE(runtime::is_ascii(kUnit));
-}
-
 TEST_F(Units, ALoneCarriageReturnIsSeenInEveryPlace) {
   for (const std::size_t size : {3U, 33U, 300000U, 600001U}) {
     for (const std::size_t place : {std::size_t{1}, size / 2, size - 2}) {
@@ -287,13 +227,13 @@ TEST_F(Units, ALoneCarriageReturnIsSeenInEveryPlace) {
   }
 }
 
-TEST_F(Units, UnreadTextIsTheRestWithItsLineEnds) {
+TEST_F(Units, RestIsTheUnreadTextWithItsLineEnds) {
   open_with("a\r\nb\rc");
-  EXPECT_EQ(runtime::unread_text(kUnit), "a\r\nb\rc");
+  EXPECT_EQ(runtime::LineReader(kUnit, kWhole).rest(), "a\r\nb\rc");
   EXPECT_EQ(next_record(), "a");
-  EXPECT_EQ(runtime::unread_text(kUnit), "b\rc");
+  EXPECT_EQ(runtime::LineReader(kUnit, kWhole).rest(), "b\rc");
   EXPECT_EQ(rest_of(), (Records{"b", "c"}));
-  EXPECT_EQ(runtime::unread_text(kUnit), "");
+  EXPECT_EQ(runtime::LineReader(kUnit, kWhole).rest(), "");
 }
 
 // The end of the file.
@@ -303,7 +243,7 @@ TEST_F(Units, EndOfFileLeavesTheReceiverAsItWas) {
   std::string_view record = "before";
   next_record();
   for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ(runtime::read_line(kUnit, kWhole, record), ReadStatus::end_of_file);
+    EXPECT_FALSE(runtime::LineReader(kUnit, kWhole).next(record));
   }
   EXPECT_EQ(record, "before");
 }
@@ -394,9 +334,9 @@ TEST_F(Units, AFileIsHeldByOneUnit) {
 
 TEST_F(Units, AFileTriedTwiceKeepsItsBytes) {
   runtime::open(kUnit, file("new"), OpenStatus::unknown);
-  runtime::write_line(kUnit, "first");
+  runtime::write<"(a)">(kUnit, "first");
   EXPECT_FALSE(runtime::try_open(101, file("new"), OpenStatus::unknown));
-  runtime::write_line(kUnit, "second");
+  runtime::write<"(a)">(kUnit, "second");
   runtime::close(kUnit);
   EXPECT_EQ(read_bytes(file("new")), "first\nsecond\n");
 }
@@ -404,7 +344,7 @@ TEST_F(Units, AFileTriedTwiceKeepsItsBytes) {
 TEST_F(Units, DevicesCanBeHeldTwice) {
   EXPECT_TRUE(runtime::try_open(kUnit, "/dev/null", OpenStatus::unknown));
   EXPECT_TRUE(runtime::try_open(101, "/dev/null", OpenStatus::unknown));
-  runtime::write_line(kUnit, "gone");
+  runtime::write<"(a)">(kUnit, "gone");
   runtime::close(kUnit);
 }
 
@@ -438,7 +378,7 @@ TEST_F(Units, APipeWithAReaderGetsTheRecords) {
   const int reader = open(file("pipe").c_str(), O_RDONLY | O_NONBLOCK);
   ASSERT_GE(reader, 0);
   runtime::open(kUnit, file("pipe"), OpenStatus::unknown);
-  runtime::write_line(kUnit, "through the pipe");
+  runtime::write<"(a)">(kUnit, "through the pipe");
   runtime::close(kUnit);
   std::array<char, 64> bytes{};
   const ssize_t got = read(reader, bytes.data(), bytes.size());
@@ -452,9 +392,9 @@ TEST_F(Units, APipeWithAReaderGetsTheRecords) {
 
 TEST_F(Units, WriteRecordsAndFormats) {
   runtime::open(kUnit, file("new"), OpenStatus::unknown);
-  runtime::write_line(kUnit, "größer"_w1252);
-  runtime::write(kUnit, runtime::format<"(a,2x,f8.3/)">, {"T0001", 1.5F});
-  runtime::write_line(kUnit, "");
+  runtime::write<"(a)">(kUnit, "größer"_w1252);
+  runtime::write<"(a,2x,f8.3/)">(kUnit, "T0001", 1.5F);
+  runtime::write<"(a)">(kUnit, "");
   runtime::close(kUnit);
   EXPECT_EQ(read_bytes(file("new")),
             "gr\xF6\xDF"
@@ -465,9 +405,9 @@ TEST_F(Units, TextWithoutAnEndStaysInTheRecord) {
   runtime::open(kUnit, file("new"), OpenStatus::unknown);
   runtime::write_text(kUnit, "a");
   runtime::write_text(kUnit, "b");
-  runtime::write_line(kUnit, "c");
+  runtime::write<"(a)">(kUnit, "c");
   runtime::write_text(kUnit, "d");
-  runtime::write(kUnit, runtime::format<"(i2)">, {5});
+  runtime::write<"(i2)">(kUnit, 5);
   runtime::write_text(kUnit, "open");
   runtime::close(kUnit);
   EXPECT_EQ(read_bytes(file("new")), "abc\nd 5\nopen\n");
@@ -477,14 +417,14 @@ TEST_F(Units, WritingCutsTheFileAtTheCurrentRecord) {
   open_with("a\nb\nc\nd\n");
   next_record();
   next_record();
-  runtime::write_line(kUnit, "x");
+  runtime::write<"(a)">(kUnit, "x");
   runtime::close(kUnit);
   EXPECT_EQ(read_bytes(file("file")), "a\nb\nx\n");
 }
 
 TEST_F(Units, WritingAtTheBeginReplacesEverything) {
   runtime::open(kUnit, with_bytes("a long old line\nanother\n"), OpenStatus::unknown);
-  runtime::write_line(kUnit, "x");
+  runtime::write<"(a)">(kUnit, "x");
   runtime::close(kUnit);
   EXPECT_EQ(read_bytes(file("file")), "x\n");
 }
@@ -501,7 +441,7 @@ TEST_F(Units, AppendAfterTheEnd) {
   open_with("a\nb\n");
   rest_of();
   runtime::backspace(kUnit);
-  runtime::write_line(kUnit, "c");
+  runtime::write<"(a)">(kUnit, "c");
   runtime::close(kUnit);
   EXPECT_EQ(read_bytes(file("file")), "a\nb\nc\n");
 }
@@ -510,7 +450,7 @@ TEST_F(Units, AppendEndsALastLineThatHadNoEnd) {
   open_with("a\nb");
   rest_of();
   runtime::backspace(kUnit);
-  runtime::write_line(kUnit, "c");
+  runtime::write<"(a)">(kUnit, "c");
   runtime::close(kUnit);
   EXPECT_EQ(read_bytes(file("file")), "a\nb\nc\n");
 }
@@ -526,7 +466,7 @@ TEST_F(Units, EndFileCutsWithoutAWrite) {
 
 TEST_F(Units, ReadBackWhatWasWritten) {
   runtime::open(kUnit, file("new"), OpenStatus::fresh);
-  runtime::write_line(kUnit, "a");
+  runtime::write<"(a)">(kUnit, "a");
   runtime::write_text(kUnit, "b");
   runtime::rewind(kUnit);
   EXPECT_EQ(rest_of(), (Records{"a", "b"}));
@@ -534,8 +474,8 @@ TEST_F(Units, ReadBackWhatWasWritten) {
 
 TEST_F(Units, ReadingBehindAWriteMeetsTheEnd) {
   open_with("a\nb\n");
-  runtime::write_line(kUnit, "x");
-  EXPECT_EQ(runtime::unread_text(kUnit), "");
+  runtime::write<"(a)">(kUnit, "x");
+  EXPECT_EQ(runtime::LineReader(kUnit, kWhole).rest(), "");
   EXPECT_EQ(next_record(), "<end>");
   runtime::backspace(kUnit);
   EXPECT_EQ(next_record(), "<end>");
@@ -546,32 +486,32 @@ TEST_F(Units, ReadingBehindAWriteMeetsTheEnd) {
 
 TEST_F(Units, BackspaceAfterAWriteGoesBeforeTheRecord) {
   runtime::open(kUnit, file("new"), OpenStatus::fresh);
-  runtime::write_line(kUnit, "a");
-  runtime::write_line(kUnit, "b");
+  runtime::write<"(a)">(kUnit, "a");
+  runtime::write<"(a)">(kUnit, "b");
   runtime::backspace(kUnit);
   EXPECT_EQ(next_record(), "b");
   runtime::backspace(kUnit);
-  runtime::write_line(kUnit, "c");
+  runtime::write<"(a)">(kUnit, "c");
   runtime::close(kUnit);
   EXPECT_EQ(read_bytes(file("new")), "a\nc\n");
 }
 
 TEST_F(Units, ARewoundUnitLosesWhatItWroteBefore) {
   runtime::open(kUnit, file("new"), OpenStatus::fresh);
-  for (int i = 0; i < 10; ++i) runtime::write_line(kUnit, "an old record");
+  for (int i = 0; i < 10; ++i) runtime::write<"(a)">(kUnit, "an old record");
   runtime::rewind(kUnit);
-  runtime::write_line(kUnit, "new");
+  runtime::write<"(a)">(kUnit, "new");
   runtime::close(kUnit);
   EXPECT_EQ(read_bytes(file("new")), "new\n");
 }
 
 TEST_F(Units, FlushHandsOverWhatIsWritten) {
   runtime::open(kUnit, file("new"), OpenStatus::fresh);
-  runtime::write_line(kUnit, "a");
+  runtime::write<"(a)">(kUnit, "a");
   runtime::write_text(kUnit, "b");
   runtime::flush(kUnit);
   EXPECT_EQ(read_bytes(file("new")), "a\nb");
-  runtime::write_line(kUnit, "c");
+  runtime::write<"(a)">(kUnit, "c");
   runtime::close(kUnit);
   EXPECT_EQ(read_bytes(file("new")), "a\nbc\n");
 }
@@ -580,7 +520,7 @@ TEST_F(Units, LargeFilesComeOutWhole) {
   runtime::open(kUnit, file("new"), OpenStatus::fresh);
   std::string wanted;
   for (int i = 0; i < 100'000; ++i) {
-    runtime::write(kUnit, runtime::format<"(i8,a)">, {i, " record"});
+    runtime::write<"(i8,a)">(kUnit, i, " record");
     std::string number = std::to_string(i);
     wanted += std::string(8 - number.size(), ' ') + number + " record\n";
   }
@@ -633,7 +573,7 @@ TEST_F(Units, ShortTransfersAreCarriedOn) {
   open_with("first record\r\nsecond\n");
   EXPECT_EQ(rest_of(), (Records{"first record", "second"}));
   runtime::backspace(kUnit);
-  runtime::write_line(kUnit, "a third record");
+  runtime::write<"(a)">(kUnit, "a third record");
   runtime::close(kUnit);
   EXPECT_EQ(read_bytes(file("file")), "first record\r\nsecond\na third record\n");
   EXPECT_GT(host.calls(HostCall::write), 4);
@@ -655,7 +595,7 @@ TEST_F(Units, FaultsOfOpeningAreToldToWhoAsks) {
 TEST_F(Units, FaultsOfClosingAreToldToWhoAsks) {
   TestHost host;
   runtime::open(kUnit, file("new"), OpenStatus::unknown);
-  runtime::write_line(kUnit, "a");
+  runtime::write<"(a)">(kUnit, "a");
   host.fail(HostCall::write, 1, std::errc::no_space_on_device);
   EXPECT_FALSE(runtime::try_close(kUnit, CloseStatus::keep));
   EXPECT_FALSE(runtime::is_connected(kUnit));
@@ -698,9 +638,8 @@ TEST_F(UnitsDeathTest, AFileOnTwoUnitsEndsTheProgram) {
 
 TEST_F(UnitsDeathTest, AFreeUnitCannotBeUsed) {
   std::string_view record;
-  EXPECT_STOP(runtime::read_line(77, kWhole, record),
-              fault_line("Lesen", "Einheit 77", "Bad file descriptor"));
-  EXPECT_STOP(runtime::write_line(77, ""), fault_line("Schreiben", "Einheit 77", "Bad file descriptor"));
+  EXPECT_STOP(runtime::LineReader(77, kWhole), fault_line("Lesen", "Einheit 77", "Bad file descriptor"));
+  EXPECT_STOP(runtime::write<"(a)">(77, ""), fault_line("Schreiben", "Einheit 77", "Bad file descriptor"));
   EXPECT_STOP(runtime::rewind(77), fault_line("Zurückspulen"_w1252, "Einheit 77", "Bad file descriptor"));
   EXPECT_STOP(runtime::backspace(77), fault_line("Zurücksetzen"_w1252, "Einheit 77", "Bad file descriptor"));
 }
@@ -725,7 +664,7 @@ TEST_F(UnitsDeathTest, FaultsOfWritingEndTheProgram) {
     open_with("some\nrecords\n");
     next_record();
     host.fail(call, 1, std::errc::io_error);
-    runtime::write_line(kUnit, "x");
+    runtime::write<"(a)">(kUnit, "x");
     runtime::flush(kUnit);
   };
   const std::string line = fault_line("Schreiben", file("file"), "Input/output error");
@@ -740,7 +679,7 @@ TEST_F(UnitsDeathTest, AFileThatMayOnlyBeReadRefusesTheWrite) {
   const auto write = [&] {
     host.fail(HostCall::open, 1, std::errc::permission_denied);
     open_with("kept\n");
-    runtime::write_line(kUnit, "x");
+    runtime::write<"(a)">(kUnit, "x");
   };
   EXPECT_STOP(write(), fault_line("Schreiben", file("file"), "Permission denied"));
   EXPECT_EQ(read_bytes(file("file")), "kept\n");
@@ -751,7 +690,7 @@ TEST_F(UnitsDeathTest, AFullDiskIsToldOnce) {
   TestHost host;
   const auto write = [&](void (*into)(int unit)) {
     runtime::open(101, file("whole"), OpenStatus::unknown);
-    runtime::write_line(101, "complete");
+    runtime::write<"(a)">(101, "complete");
     runtime::open(kUnit, file("cut"), OpenStatus::unknown);
     host.limit_transfers(4);
     host.fail(HostCall::write, 3, std::errc::no_space_on_device);
@@ -759,7 +698,7 @@ TEST_F(UnitsDeathTest, AFullDiskIsToldOnce) {
   };
   const std::string line = fault_line("Schreiben", file("cut"), "No space left on device");
   EXPECT_STOP(write([](int unit) {
-                runtime::write_line(unit, "one two three");
+                runtime::write<"(a)">(unit, "one two three");
                 runtime::flush(unit);
               }),
               line);
@@ -790,8 +729,8 @@ TEST_F(UnitsDeathTest, AFullDiskIsMetInTheMiddleOfALargeFile) {
   const auto write = [&] {
     runtime::open(kUnit, file("cut"), OpenStatus::unknown);
     host.fail(HostCall::write, 2, std::errc::no_space_on_device, true);
-    for (int i = 0; i < 100'000; ++i) runtime::write_line(kUnit, "a record of a large file");
-    runtime::write_line(kUnit, "not reached");
+    for (int i = 0; i < 100'000; ++i) runtime::write<"(a)">(kUnit, "a record of a large file");
+    runtime::write<"(a)">(kUnit, "not reached");
   };
   EXPECT_STOP(write(), fault_line("Schreiben", file("cut"), "No space left on device"));
 }
@@ -800,7 +739,7 @@ TEST_F(UnitsDeathTest, FaultsOfClosingEndTheProgram) {
   TestHost host;
   const auto close_after = [&](HostCall call, CloseStatus status) {
     open_with("old\n");
-    runtime::write_line(kUnit, "x");
+    runtime::write<"(a)">(kUnit, "x");
     host.fail(call, 1, std::errc::no_space_on_device);
     runtime::close(kUnit, status);
   };

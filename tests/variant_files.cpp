@@ -10,12 +10,14 @@
 #include "m_Einleiter/m_Einleiter.h"
 #include "m_Gerinne/m_Gerinne.h"
 #include "m_ScrenixQt/m_ScrenixQt.h"
+#include "m_System/filled_tables.h"
 #include "m_System/m_System.h"
 #include "m_WLM_error/m_WLM_error.h"
 #include "runtime/array.h"
 #include "runtime/cp1252.h"
 #include "runtime/paths.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 
 namespace variant_files {
 namespace {
@@ -32,12 +34,9 @@ std::string_view slot(const std::vector<std::string>& names, std::size_t k) {
 }
 
 void count_type(m_System::SystemLogic& logic, char type) {
-  if (type == 'N') ++logic.count_N;
-  if (type == 'K') ++logic.count_K;
-  if (type == 'E') ++logic.count_E;
-  if (type == 'T') ++logic.count_T;
-  if (type == 'V') ++logic.count_V;
-  if (type == 'B') ++logic.count_B;
+  for (std::size_t row = 0; row < m_System::element_types.size(); ++row) {
+    if (m_System::element_types[row].letter == type) ++logic.type_counts[row];
+  }
 }
 
 std::int32_t last_of_name(const m_System::ElementName& name) {
@@ -50,7 +49,7 @@ std::int32_t last_of_name(const m_System::ElementName& name) {
 }
 
 void store(const Element& element, std::int32_t i) {
-  m_System::SystemLogic& logic = m_System::system_logic;
+  m_System::SystemLogic& logic = m_System::filled_tables;
   logic.name.at(i) = element.name;
   logic.type.at(i) = logic.name.at(i).first();
   logic.tag3.at(i) = element.tag3;
@@ -64,7 +63,7 @@ void store(const Element& element, std::int32_t i) {
 }
 
 void link(std::int32_t i) {
-  m_System::SystemLogic& logic = m_System::system_logic;
+  m_System::SystemLogic& logic = m_System::filled_tables;
   for (std::int32_t k = 1; k <= m_System::inflow_slots; ++k) {
     logic.inflow_index.at(i).at(k) = last_of_name(logic.inflow_name.at(i).at(k));
   }
@@ -142,7 +141,7 @@ Lines sys_lines(const Network& network) {
 }
 
 void fill_system_logic(const Network& network) {
-  m_System::SystemLogic& logic = m_System::system_logic;
+  m_System::SystemLogic& logic = m_System::filled_tables;
   m_System::reset();
   logic.total_count = static_cast<std::int32_t>(network.size());
   for (const Element& element : network) count_type(logic, element.name.empty() ? ' ' : element.name[0]);

@@ -1,9 +1,8 @@
-#include <algorithm>
+#include "m_System/input_file.h"
+
 #include <string>
 
 #include "m_ScrenixQt/m_ScrenixQt.h"
-#include "m_System/m_System.h"
-#include "m_System/record_search.h"
 #include "m_WLM_error/m_WLM_error.h"
 #include "m_files/m_files.h"
 #include "m_strings/m_strings.h"
@@ -26,7 +25,7 @@ FileName file_name_of(std::string_view variant_name, std::string_view extension)
   return FileName(std::string(runtime::trimmed(variant_name)).append(extension));
 }
 
-int OpenInputFile(const FileName& file_name) {
+int open_input_file(const FileName& file_name) {
   const int unit = m_files::free_unit(100);
   const std::string file = "Die Datei " + std::string(file_name.trimmed());
   if (!runtime::try_open(unit, file_name.trimmed(), runtime::OpenStatus::old)) {
@@ -38,23 +37,6 @@ int OpenInputFile(const FileName& file_name) {
     return 0;
   }
   return unit;
-}
-
-RecordSearch OpenCompanionFile(const FileName& file_name, char kind, LineMark mark_of) {
-  RecordSearch search{.unit = OpenInputFile(file_name), .mark_of = mark_of};
-  if (search.unit == 0) return {};
-  const std::int32_t level = CheckDuplicateData(kind, file_name.view(), search);
-  m_WLM_error::ErrorLevel = std::max(m_WLM_error::ErrorLevel, level);
-  if (m_WLM_error::ErrorLevel <= 1) return search;
-  runtime::close(search.unit);
-  return {};
-}
-
-bool ReadyToRead(int unit, std::int32_t allocation_status) {
-  m_WLM_error::ErrorLevel = std::max(m_WLM_error::ErrorLevel, allocation_status);
-  if (m_WLM_error::ErrorLevel <= 1 && system_logic.element_count > 0) return true;
-  runtime::close(unit);
-  return false;
 }
 
 }  // namespace m_System

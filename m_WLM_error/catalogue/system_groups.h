@@ -1,11 +1,12 @@
+#pragma once
+
 #include "m_WLM_error/catalogue/entry.h"
 
 // The system logic, its warnings, weirs and assignments to data structures.
 
 namespace m_WLM_error::catalogue {
-namespace {
 
-constexpr Entry Y_entries[] = {
+inline constexpr Entry Y_entries[] = {
     entry<"(a,  ' Mit ..................................... : ',I5,/"
           "              3x, ' angesprochenen Systemelementen ist die ',/"
           "              3x, ' zulässige Anzahl beim Systemelement ..... : ',A,/"
@@ -80,8 +81,9 @@ constexpr Entry Y_entries[] = {
           "              3x, ' die randomid ............................ : ',a/"
           "              3x, ' mehrfach vergeben.')">("Y41", error, text1, text2, text3),
 };
+inline constexpr Group Y_group{"Y", "the system logic", Y_entries};
 
-constexpr Entry W_entries[] = {
+inline constexpr Entry W_entries[] = {
     entry<"(a,  ' Warnung: Das Systemelement .............. : ',A/"
           "                 3X, '          weist kein 1. Abgabeelement auf!')">("W01", note, text1)
         .capped(Counter::W01, closing<"(3x, '          und weitere Elemente .............')">),
@@ -113,24 +115,20 @@ constexpr Entry W_entries[] = {
           "              3X, '          weist die Kennlinie der Fließ-'/"
           "              3X, '          zeiten extreme Sprünge auf!')">("W11", note, text1),
 };
+inline constexpr Group W_group{"W", "warnings of the system logic and of reaches", W_entries, note};
 
-constexpr Entry Whr_entries[] = {
+inline constexpr Entry Whr_entries[] = {
     entry<"(a,  ' Hinweis: O2-Eintrag beim Wehr ........... : ',a)">("Whr0", note, text1),
     entry<"(a,  ' Beim Wehr ............................... : ',a/"
           "              4x, ' liegt keine Fallhöhe oder Wehrbreite vor!')">("Whr1", error, text1),
 };
+inline constexpr Group Whr_group{"Whr", "weirs", Whr_entries};
 
-constexpr Entry ZW_entries[] = {
+inline constexpr Entry ZW_entries[] = {
     entry<"(a,  ' Zuweisungen in der Datenstruktur ........ : ',a/)">("ZW0", error, text1)
         .headed(Heading::on_new_structure),
     then<"(4x,a)">(text2),
 };
-
-}  // namespace
-
-constinit const Group Whr_group{"Whr", Whr_entries, error};
-constinit const Group W_group{"W", W_entries, note};
-constinit const Group Y_group{"Y", Y_entries, error};
-constinit const Group ZW_group{"ZW", ZW_entries, error};
+inline constexpr Group ZW_group{"ZW", "assignments in data structures", ZW_entries};
 
 }  // namespace m_WLM_error::catalogue

@@ -1,0 +1,93 @@
+#include "runtime/read.h"
+
+#include <algorithm>
+#include <cstring>
+#include <system_error>
+#include <utility>
+
+#include "runtime/connection.h"
+#include "runtime/cp1252.h"
+#include "runtime/host.h"
+#include "runtime/stop.h"
+
+namespace runtime {
+namespace {
+
+using namespace literals;
+
+struct FileText {
+  FileMemory data;
+  std::size_t capacity = 0;
+  std::size_t size = 0;
+};
+
+FileMemory file_memory(std::size_t bytes) {
+  return FileMemory(static_cast<char*>(allocate_block(bytes)));
+}
+
+bool grow(FileText& text) {
+  const std::size_t larger = text.capacity * 2;
+  FileMemory data = file_memory(larger);
+  if (!data) return false;
+  std::memcpy(data.get(), text.data.get(), text.size);
+  text.data = std::move(data);
+  text.capacity = larger;
+  return true;
+}
+
+bool read_whole(Connection& connection, FileText& text, std::error_code& reason) {
+  // One byte more than the file holds, so that its end is met without growing.
+  text.capacity = static_cast<std::size_t>(connection.facts.size) + 1;
+  text.data = file_memory(text.capacity);
+  reason = std::make_error_code(std::errc::not_enough_memory);
+  if (!text.data) return false;
+  while (true) {
+    if (text.size == text.capacity && !grow(text)) return false;
+    const std::ptrdiff_t got =
+        host().read(connection.handle, text.data.get() + text.size, text.capacity - text.size, reason);
+    if (got < 0) return false;
+    if (got == 0) return true;
+    text.size += static_cast<std::size_t>(got);
+  }
+}
+
+void load(Connection& connection) {
+  if (connection.loaded) return;
+  std::error_code reason;
+  FileText text;
+  const bool at_start = connection.facts.kind != FileKind::file || host().seek(connection.handle, 0, reason);
+  if (!at_start || !host().facts(connection.handle, connection.facts, reason) ||
+      !read_whole(connection, text, reason)) {
+    stop_on_io_error("Lesen", connection.path, reason);
+  }
+  connection.records.take(std::move(text.data), text.size);
+  connection.loaded = true;
+}
+
+// The records to read on from; a unit that is being written is at its end.
+Records& readable(int unit) {
+  Connection& connection = connected(unit, "Lesen");
+  if (!connection.writing) load(connection);
+  return connection.records;
+}
+
+}  // namespace
+
+LineReader::LineReader(int unit, std::size_t width) : records_(&readable(unit)), width_(width) {}
+
+void rewind(int unit) {
+  Connection& connection = connected(unit, "Zurückspulen"_w1252);
+  end_writing(connection);
+  connection.records.rewind();
+}
+
+void backspace(int unit) {
+  Connection& connection = connected(unit, "Zurücksetzen"_w1252);
+  const bool at_end = connection.writing;
+  end_writing(connection);
+  load(connection);
+  if (at_end) connection.records.go_to_end();
+  connection.records.backspace();
+}
+
+}  // namespace runtime
