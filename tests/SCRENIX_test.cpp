@@ -13,19 +13,14 @@
 #include "runtime/units.h"
 #include "runtime/write.h"
 #include "tests/child.h"
+#include "tests/notices.h"
 #include "tests/test_files.h"
 
 namespace SCRENIX {
 namespace {
 
 using namespace std::literals;
-
-// The bytes of standard output that are there when the work has come back, before the program ends.
-std::string sent_by(const std::function<void()>& work) {
-  testing::internal::CaptureStdout();
-  work();
-  return testing::internal::GetCapturedStdout();
-}
+using notices::sent_by;
 
 TEST(Frames, AreSingleBytesWithoutALineEnd) {
   EXPECT_EQ(sent_by([] {

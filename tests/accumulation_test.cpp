@@ -19,6 +19,8 @@
 #include "m_System/m_System.h"
 #include "runtime/array.h"
 #include "runtime/units.h"
+#include "tests/german.h"
+#include "tests/test_files.h"
 #include "tests/variant_files.h"
 
 namespace {
@@ -26,7 +28,6 @@ namespace {
 using KV_Akum::AccumulateAreas;
 using testing::ElementsAre;
 using variant_files::fill_system_logic;
-using variant_files::german;
 using variant_files::Lines;
 using variant_files::Network;
 using variant_files::written_lines;
@@ -80,7 +81,7 @@ class AccumulationTest : public testing::Test {
   }
 
  private:
-  variant_files::WorkingFolder folder_;
+  variant_files::FreshRun folder_;
 };
 
 TEST_F(AccumulationTest, WithoutElementsTheTableHasItsHeaderOnly) {
@@ -261,7 +262,7 @@ TEST_F(AccumulationTest, AGapInTheInflowsHasNoLine) {
 }
 
 TEST_F(AccumulationTest, AnOlderResultIsReplaced) {
-  variant_files::write_file("v.Akum", std::string(5000, 'x'));
+  test_files::write_bytes("v.Akum", std::string(5000, 'x'));
   fill_system_logic({});
   EXPECT_THAT(accumulated(), testing::IsEmpty());
 }

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -17,17 +16,11 @@ namespace m_ScrenixQt {
 namespace {
 
 using notices::message_box;
+using notices::sent_by;
 
 class Dialogs : public testing::Test {
  protected:
   Dialogs() { reset(); }
-
-  // The bytes of standard output that are there when the work has come back.
-  static std::string sent_by(const std::function<void()>& work) {
-    testing::internal::CaptureStdout();
-    work();
-    return testing::internal::GetCapturedStdout();
-  }
 
   static std::string item_text(const std::string& item, const std::string& text) {
     return notices::record("dialogitem_" + item + "_settext", text);

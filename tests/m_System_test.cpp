@@ -17,6 +17,9 @@
 #include "runtime/array.h"
 #include "runtime/read.h"
 #include "runtime/units.h"
+#include "tests/notices.h"
+#include "tests/shown_text.h"
+#include "tests/test_files.h"
 #include "tests/variant_files.h"
 
 namespace {
@@ -27,6 +30,7 @@ using m_System::ElementIndex;
 using m_System::system_logic;
 using m_System::TypeOrdinal;
 using m_WLM_error::ErrorLevel;
+using test_files::write_bytes;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using variant_files::columns_line;
@@ -34,10 +38,8 @@ using variant_files::fill_system_logic;
 using variant_files::Lines;
 using variant_files::Network;
 using variant_files::protocol_codes;
-using variant_files::ShownText;
 using variant_files::sys_line;
 using variant_files::sys_lines;
-using variant_files::write_file;
 using variant_files::write_lines;
 using variant_files::written_lines;
 
@@ -57,7 +59,7 @@ class SystemTest : public testing::Test {
   }
 
  private:
-  variant_files::WorkingFolder folder_;
+  variant_files::FreshRun folder_;
 };
 
 // The tables.
@@ -410,7 +412,7 @@ TEST_F(SystemTest, ColumnsBeyond100DoNotCount) {
 TEST_F(SystemTest, AMissingFileIsShown) {
   const ShownText shown;
   m_System::ReadSystemFile("v  ");
-  EXPECT_EQ(shown.output(), variant_files::error_notice("Die Datei v.sys existiert nicht."));
+  EXPECT_EQ(shown.output(), notices::error("Die Datei v.sys existiert nicht."));
   EXPECT_EQ(ErrorLevel, 3);
   EXPECT_FALSE(fs::exists("code.pkl"));
 }
@@ -423,7 +425,7 @@ TEST_F(SystemTest, NamesOfFilesHave200Characters) {
 TEST_F(SystemTest, TheListingStandsInTheWorkingFolder) {
   fs::create_directory("data");
   write_lines("data/v.sys", sys_lines(small_network));
-  write_file("code.pkl", "an older and longer listing\nof two lines\nand a third\n");
+  write_bytes("code.pkl", "an older and longer listing\nof two lines\nand a third\n");
   m_System::ReadSystemFile("data\\v");
   EXPECT_EQ(written_lines("code.pkl").size(), 5U);
   EXPECT_FALSE(fs::exists("data/code.pkl"));

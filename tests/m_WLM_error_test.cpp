@@ -10,6 +10,8 @@
 
 #include "m_WLM_error/catalogue/entry.h"
 #include "runtime/units.h"
+#include "tests/german.h"
+#include "tests/test_files.h"
 #include "tests/unit_watch.h"
 #include "tests/variant_files.h"
 
@@ -19,20 +21,19 @@ namespace fs = std::filesystem;
 using m_WLM_error::ErrorLevel;
 using m_WLM_error::MessageDispatcher;
 using m_WLM_error::report;
+using test_files::write_bytes;
 using testing::Each;
 using testing::ElementsAre;
 using testing::EndsWith;
-using variant_files::german;
 using variant_files::Lines;
 using variant_files::protocol_codes;
 using variant_files::protocol_lines;
 using variant_files::start_protocol;
-using variant_files::write_file;
 using variant_files::written_lines;
 
 class Dispatcher : public testing::Test {
  private:
-  variant_files::WorkingFolder folder_;
+  variant_files::FreshRun folder_;
 };
 
 TEST_F(Dispatcher, InitStartsARunWithoutAFile) {
@@ -41,8 +42,8 @@ TEST_F(Dispatcher, InitStartsARunWithoutAFile) {
 }
 
 TEST_F(Dispatcher, InitRemovesAnOldProtocolAndNothingElse) {
-  write_file("v.pkl", "old\n");
-  write_file("w.pkl", "old\n");
+  write_bytes("v.pkl", "old\n");
+  write_bytes("w.pkl", "old\n");
   fs::create_directory("folder.pkl");
   start_protocol();
   EXPECT_FALSE(fs::exists("v.pkl"));
@@ -77,7 +78,7 @@ TEST_F(Dispatcher, TheRunLabelHasTwelveCharacters) {
 
 TEST_F(Dispatcher, TheProtocolPathHas120Characters) {
   const std::string path = std::string(116, 'p') + ".pkl";
-  write_file(path, "old\n");
+  write_bytes(path, "old\n");
   MessageDispatcher("INIT", {.text1 = path + "xyz"});
   EXPECT_FALSE(fs::exists(path));
   MessageDispatcher("Y04");
@@ -137,7 +138,7 @@ TEST_F(Dispatcher, FinaleClosesTheProtocolAndReturnsTheLevel) {
   EXPECT_TRUE(runtime::unit_of("v.pkl").has_value());
   EXPECT_EQ(MessageDispatcher("FINALE"), 1);
   EXPECT_FALSE(runtime::unit_of("v.pkl").has_value());
-  EXPECT_EQ(variant_files::read_file("v.pkl"),
+  EXPECT_EQ(test_files::read_bytes("v.pkl"),
             german("Prüfprotokoll: KARVOS\nW01 Warnung: Das Systemelement .............. : V1\n"
                    "             weist kein 1. Abgabeelement auf!\n"));
 }
@@ -146,9 +147,9 @@ TEST_F(Dispatcher, AMessageAfterFinaleIsAnIoError) {
   start_protocol();
   MessageDispatcher("Y04");
   MessageDispatcher("FINALE");
-  const std::string closed = variant_files::read_file("v.pkl");
+  const std::string closed = test_files::read_bytes("v.pkl");
   EXPECT_EXIT(MessageDispatcher("Y04"), testing::ExitedWithCode(0), "Einheit 100");
-  EXPECT_EQ(variant_files::read_file("v.pkl"), closed);
+  EXPECT_EQ(test_files::read_bytes("v.pkl"), closed);
 }
 
 TEST_F(Dispatcher, FinaleBeforeTheFirstMessageHoldsNothingUp) {
@@ -163,7 +164,7 @@ TEST_F(Dispatcher, TakesTheFirstFreeUnitFrom100) {
   MessageDispatcher("Y04");
   EXPECT_EQ(runtime::unit_of("v.pkl"), 100);
   start_protocol();
-  write_file("other", "");
+  write_bytes("other", "");
   runtime::open(100, "other", runtime::OpenStatus::old);
   MessageDispatcher("Y04");
   EXPECT_EQ(runtime::unit_of("v.pkl"), 101);
@@ -255,7 +256,7 @@ TEST_F(Dispatcher, InitKeepsTheLastStructure) {
 }
 
 TEST_F(Dispatcher, ModeLSuppressesThreeCodes) {
-  write_file("fehlercode.ex", "W01\n");
+  write_bytes("fehlercode.ex", "W01\n");
   MessageDispatcher("INIT", {.text1 = "v.pkl", .text2 = "KARVOS", .text3 = "L  "});
   MessageDispatcher("Y04");
   for (const std::string_view code : {"mnn18", "mnn19", "W11"}) EXPECT_EQ(MessageDispatcher(code), 0);
@@ -264,7 +265,7 @@ TEST_F(Dispatcher, ModeLSuppressesThreeCodes) {
 }
 
 TEST_F(Dispatcher, OtherModesReadTheListOfTheWorkingFolder) {
-  write_file("fehlercode.ex", "W01\n");
+  write_bytes("fehlercode.ex", "W01\n");
   for (const std::string_view mode : {"l", "LL", " L", ""}) {
     runtime::close_all();
     MessageDispatcher("INIT", {.text1 = "v.pkl", .text3 = mode});
@@ -274,14 +275,14 @@ TEST_F(Dispatcher, OtherModesReadTheListOfTheWorkingFolder) {
 }
 
 TEST_F(Dispatcher, ACodeIsSoughtWithItsWholeLength) {
-  write_file("fehlercode.ex", "W01Y05\n");
+  write_bytes("fehlercode.ex", "W01Y05\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("W01 "), 1);
   EXPECT_EQ(MessageDispatcher("Y05 "), 0);
 }
 
 TEST_F(Dispatcher, ASuppressedCodeReturnsZeroAndChangesNothing) {
-  write_file("fehlercode.ex", "W01\nY05\n");
+  write_bytes("fehlercode.ex", "W01\nY05\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("Y05"), 0);
   EXPECT_FALSE(fs::exists("v.pkl"));
@@ -292,7 +293,7 @@ TEST_F(Dispatcher, ASuppressedCodeReturnsZeroAndChangesNothing) {
 }
 
 TEST_F(Dispatcher, TheLinesOfTheListAreJoined) {
-  write_file("fehlercode.ex", "W0\nY1");
+  write_bytes("fehlercode.ex", "W0\nY1");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("Y04"), 2);
   for (const std::string_view code : {"W0", "Y1", "0Y1", "W0Y1", "W", "Y"}) {
@@ -303,14 +304,14 @@ TEST_F(Dispatcher, TheLinesOfTheListAreJoined) {
 }
 
 TEST_F(Dispatcher, ALeadingBlankOfALineStaysInTheList) {
-  write_file("fehlercode.ex", "W0  \n 1\n");
+  write_bytes("fehlercode.ex", "W0  \n 1\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("W01"), 1);
   EXPECT_EQ(MessageDispatcher("W0 1"), 0);
 }
 
 TEST_F(Dispatcher, ALineOfTheListHas100Characters) {
-  write_file("fehlercode.ex", std::string(98, '.') + "W01\nY05\n");
+  write_bytes("fehlercode.ex", std::string(98, '.') + "W01\nY05\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("W01"), 1);
   EXPECT_EQ(MessageDispatcher("W0Y05"), 0);
@@ -319,7 +320,7 @@ TEST_F(Dispatcher, ALineOfTheListHas100Characters) {
 TEST_F(Dispatcher, TheListHas1000Characters) {
   std::string lines;
   for (int i = 0; i < 9; ++i) lines += std::string(100, '.') + "\n";
-  write_file("fehlercode.ex", lines + std::string(95, '.') + "W01W0\nY05\n");
+  write_bytes("fehlercode.ex", lines + std::string(95, '.') + "W01W0\nY05\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("W01"), 0);
   EXPECT_EQ(MessageDispatcher("W0"), 0);
@@ -329,18 +330,18 @@ TEST_F(Dispatcher, TheListHas1000Characters) {
 }
 
 TEST_F(Dispatcher, AnEmptyListSuppressesOnlyBlankCodes) {
-  write_file("fehlercode.ex", "");
+  write_bytes("fehlercode.ex", "");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("Y04"), 2);
   EXPECT_EQ(MessageDispatcher("   "), 0);
 }
 
 TEST_F(Dispatcher, TheListIsReadByEachInit) {
-  write_file("fehlercode.ex", "W01\n");
+  write_bytes("fehlercode.ex", "W01\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("W01"), 0);
   // A later list begins anew: nothing of the earlier one is left, not even a beginning.
-  write_file("fehlercode.ex", "W02\n");
+  write_bytes("fehlercode.ex", "W02\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("W02"), 0);
   EXPECT_EQ(MessageDispatcher("W01W02"), 1);
@@ -351,7 +352,7 @@ TEST_F(Dispatcher, TheListIsReadByEachInit) {
 }
 
 TEST_F(Dispatcher, TheListIsReadOnAUnitFrom100AndClosed) {
-  write_file("fehlercode.ex", "W01\n");
+  write_bytes("fehlercode.ex", "W01\n");
   const UnitWatch watch;
   start_protocol();
   EXPECT_THAT(watch.units, ElementsAre(100));
@@ -359,7 +360,7 @@ TEST_F(Dispatcher, TheListIsReadOnAUnitFrom100AndClosed) {
 }
 
 TEST_F(Dispatcher, ASuppressedErrorLevelSetsNothing) {
-  write_file("fehlercode.ex", "ErrorLevel\n");
+  write_bytes("fehlercode.ex", "ErrorLevel\n");
   start_protocol();
   MessageDispatcher("W01");
   EXPECT_EQ(MessageDispatcher("ErrorLevel", {.int1 = 3}), 0);
@@ -367,7 +368,7 @@ TEST_F(Dispatcher, ASuppressedErrorLevelSetsNothing) {
 }
 
 TEST_F(Dispatcher, TheReservedWordsAreNeverSuppressed) {
-  write_file("fehlercode.ex", "INITFINALE\n");
+  write_bytes("fehlercode.ex", "INITFINALE\n");
   start_protocol();
   MessageDispatcher("Y04");
   EXPECT_EQ(MessageDispatcher("FINALE "), 2);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <string_view>
 
@@ -27,6 +29,14 @@ inline std::string error(std::string_view text) {
 /// The notice at the end of a run.
 inline std::string closing(std::string_view variant_name) {
   return message_box("KV_Akum", "Ergebnis: " + std::string(variant_name) + ".Akum");
+}
+
+/// The bytes of standard output that are there when the work has come back, before the program ends.
+template <class Work>
+std::string sent_by(const Work& work) {
+  testing::internal::CaptureStdout();
+  work();
+  return testing::internal::GetCapturedStdout();
 }
 
 }  // namespace notices

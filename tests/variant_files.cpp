@@ -14,7 +14,7 @@
 #include "m_System/m_System.h"
 #include "m_WLM_error/m_WLM_error.h"
 #include "runtime/array.h"
-#include "runtime/cp1252.h"
+#include "runtime/host.h"
 #include "runtime/paths.h"
 #include "runtime/units.h"
 #include "runtime/write.h"
@@ -73,13 +73,6 @@ void link(std::int32_t i) {
 }
 
 }  // namespace
-
-std::string german(std::string_view utf8) {
-  runtime::Cp1252Text<500> text;
-  text.append(utf8);
-  if (!text.valid) throw std::runtime_error("not in Windows-1252");
-  return std::string(text.view());
-}
 
 void reset_modules() {
   runtime::close_all();

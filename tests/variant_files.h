@@ -8,8 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "tests/notices.h"
-#include "tests/shown_text.h"
 #include "tests/test_files.h"
 
 /// What the tests of the rooms share: a working folder of their own, files of fixed columns, the network of a
@@ -17,9 +15,6 @@
 namespace variant_files {
 
 using Lines = std::vector<std::string>;
-
-/// The text in the bytes that the program writes.
-std::string german(std::string_view utf8);
 
 /// All modules, units and paths as at the start of the program.
 void reset_modules();
@@ -37,20 +32,6 @@ class FreshRun {
  private:
   test_files::WorkingFolder folder_;
 };
-using WorkingFolder = FreshRun;
-using ::ShownText;
-inline std::string read_file(const std::filesystem::path& file) {
-  return test_files::read_bytes(file);
-}
-inline void write_file(const std::filesystem::path& file, std::string_view bytes) {
-  test_files::write_bytes(file, bytes);
-}
-inline std::string notice(std::string_view title, std::string_view text) {
-  return notices::message_box(title, text);
-}
-inline std::string error_notice(std::string_view text) {
-  return notices::error(text);
-}
 
 void write_lines(const std::filesystem::path& file, const Lines& lines);
 /// The records of what the program wrote; bytes without a last line end are a fault of the test.
