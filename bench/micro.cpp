@@ -140,7 +140,7 @@ void find_lines(benchmark::State& state, bool reversed) {
   for (std::int32_t i = 1; i <= count; ++i) text += area_line(reversed ? count + 1 - i : i);
   const TemporaryFile file(text);
   const m_System::CompanionKind areas{
-      .extension = "", .type = 'N', .numbered = "N", .allocate = nullptr, .read = nullptr};
+      .extension = "", .type = 'N', .numbered_with = 'N', .allocate = nullptr, .read = nullptr};
   while (state.KeepRunning()) {
     m_System::CompanionFile lines(file.path(), areas);
     lines.open();

@@ -49,7 +49,7 @@ std::int32_t AllocateBranchingTables() {
 void ReadBranchings(std::string_view variant_name) {
   m_System::read_companion_file(variant_name, {.extension = ".ver",
                                                .type = 'V',
-                                               .numbered = "V",
+                                               .numbered_with = 'V',
                                                .allocate = AllocateBranchingTables,
                                                .read = read_branching});
 }

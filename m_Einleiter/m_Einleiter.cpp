@@ -17,9 +17,6 @@ namespace {
 using m_System::system_logic;
 using m_WLM_error::report;
 
-// Natural and canalised areas are numbered together.
-constexpr std::string_view sources = "NK";
-
 // A five-column field cannot hold this limit exactly: 1.000 passes, 1.001 does not.
 constexpr float highest_sealing = 1.00001F;
 
@@ -95,7 +92,7 @@ std::int32_t AllocateSourceTables() {
 void ReadNaturalAreas(std::string_view variant_name) {
   m_System::read_companion_file(variant_name, {.extension = ".nfl",
                                                .type = 'N',
-                                               .numbered = sources,
+                                               .numbered_with = 'K',
                                                .allocate = AllocateSourceTables,
                                                .read = read_source,
                                                .marks = unit_lines});
@@ -104,7 +101,7 @@ void ReadNaturalAreas(std::string_view variant_name) {
 void ReadCanalisedAreas(std::string_view variant_name) {
   m_System::read_companion_file(variant_name, {.extension = ".kfl",
                                                .type = 'K',
-                                               .numbered = sources,
+                                               .numbered_with = 'N',
                                                .allocate = allocate_unless_natural_areas_were_read,
                                                .read = read_source,
                                                .marks = unit_lines});

@@ -52,7 +52,7 @@ std::int32_t AllocateReachTables() {
 void ReadReaches(std::string_view variant_name) {
   m_System::read_companion_file(variant_name, {.extension = ".trs",
                                                .type = 'T',
-                                               .numbered = "T",
+                                               .numbered_with = 'T',
                                                .allocate = AllocateReachTables,
                                                .read = read_reach});
 }

@@ -134,7 +134,7 @@ bool read_elements(CompanionFile& file, const CompanionKind& kind) {
   std::int32_t number = 0;
   for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
     const char type = system_logic.type.at(i);
-    if (kind.numbered.find(type) != std::string_view::npos) ++number;
+    if (type == kind.type || type == kind.numbered_with) ++number;
     if (type != kind.type) continue;
     const std::optional<std::string_view> line = file.find(i);
     if (!line) {

@@ -36,7 +36,7 @@ struct ElementLine {
 struct CompanionKind {
   std::string_view extension;  ///< of the file, with its point
   char type;                   ///< of the elements that the file has lines for
-  std::string_view numbered;   ///< the types that are numbered together, in system order
+  char numbered_with;  ///< the type that is numbered together with it, in system order; may be the same
   /// Makes the tables ready; 0 or the status of a failed allocation.
   std::int32_t (*allocate)();
   /// Reads one element; the file stands behind its line.

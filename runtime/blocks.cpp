@@ -1,7 +1,7 @@
 #include "runtime/blocks.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
 #include "runtime/host.h"
 
@@ -13,17 +13,21 @@ constexpr std::size_t least_large = std::size_t{1} << 20U;
 
 std::size_t largest_allocation = std::numeric_limits<std::size_t>::max();
 
+void* advised(void* block, std::size_t bytes) {
+  if (block != nullptr && bytes >= least_large) advise_large_pages(block, bytes);
+  return block;
+}
+
 }  // namespace
 
 void* allocate_block(std::size_t bytes) {
-  return bytes < least_large ? std::malloc(bytes == 0 ? 1 : bytes) : allocate_on_large_pages(bytes);
+  if (bytes > largest_allocation) return nullptr;
+  return advised(std::malloc(std::max<std::size_t>(bytes, 1)), bytes);
 }
 
 void* allocate_zeroed_block(std::size_t bytes) {
   if (bytes > largest_allocation) return nullptr;
-  void* const block = allocate_block(bytes);
-  if (block != nullptr) std::memset(block, 0, bytes);
-  return block;
+  return advised(std::calloc(std::max<std::size_t>(bytes, 1), 1), bytes);
 }
 
 void release_block(void* released) {

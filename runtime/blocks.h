@@ -19,7 +19,7 @@ struct ReleaseBlock {
   void operator()(void* block) const { release_block(block); }
 };
 
-/// Makes every later request for zeroed memory above `bytes` fail, as a machine short of memory would. For
+/// Makes every later request for more than `bytes` fail, as a machine short of memory would. For
 /// tests.
 void limit_allocations(std::size_t bytes);
 /// Takes the limit of `limit_allocations` back.

@@ -83,7 +83,8 @@ char* put_element(char* place, const Values& values) {
     } else {
       const auto& value = std::get<values_before<notation>(I)>(values);
       if constexpr (item.edit == Edit::text) {
-        return put_bytes(place, value.view());
+        std::memcpy(place, value.bytes.data(), value.bytes.size());
+        return place + value.bytes.size();
       } else if constexpr (item.edit == Edit::integer) {
         return put_integer<item.width, item.decimals>(place, value);
       } else {

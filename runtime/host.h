@@ -67,9 +67,8 @@ void set_host(Host* replacement);
 inline constexpr int standard_output_handle = 1;
 inline constexpr int standard_error_handle = 2;
 
-/// Memory of any content that lies on large pages where the system has them, for `std::free`; null when there
-/// is none.
-void* allocate_on_large_pages(std::size_t bytes);
+/// Asks for large pages under memory that is not touched yet, where the system has them.
+void advise_large_pages(void* memory, std::size_t bytes);
 
 /// Makes the process safe for file work: a reader of standard output that goes away, or a file that reaches
 /// the size the host allows, is an error of the write and not the end of the process, and a standard stream

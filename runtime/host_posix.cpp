@@ -8,8 +8,6 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
-#include <limits>
 
 #include "runtime/host.h"
 
@@ -162,15 +160,13 @@ void set_host(Host* replacement) {
   replacement_host = replacement;
 }
 
-void* allocate_on_large_pages(std::size_t bytes) {
-  constexpr std::size_t large_page = std::size_t{2} << 20U;
-  if (bytes > std::numeric_limits<std::size_t>::max() - large_page) return nullptr;
-  const std::size_t whole_pages = (bytes + large_page - 1) / large_page * large_page;
-  void* const memory = std::aligned_alloc(large_page, whole_pages);
+void advise_large_pages(void* memory, std::size_t bytes) {
 #ifdef MADV_HUGEPAGE
-  if (memory != nullptr) ::madvise(memory, whole_pages, MADV_HUGEPAGE);
+  // Only whole pages can be advised on.
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  const std::size_t skipped = (page - reinterpret_cast<std::uintptr_t>(memory) % page) % page;
+  if (bytes > skipped) ::madvise(static_cast<char*>(memory) + skipped, bytes - skipped, MADV_HUGEPAGE);
 #endif
-  return memory;
 }
 
 void prepare_process() {

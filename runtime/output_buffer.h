@@ -60,7 +60,8 @@ struct RecordOutput {
   char* record(std::size_t most_bytes) { return pending.room(most_bytes + line_end.size()); }
   /// Ends the record, which was written up to `end`.
   void end_record(char* end) {
-    pending.take_up_to(std::copy(line_end.begin(), line_end.end(), end));
+    for (const char character : line_end) *end++ = character;
+    pending.take_up_to(end);
     inside_record = false;
   }
 };

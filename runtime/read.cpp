@@ -19,6 +19,7 @@ struct FileText {
   FileMemory data;
   std::size_t capacity = 0;
   std::size_t size = 0;
+  bool carriage_returns = false;
 };
 
 FileMemory file_memory(std::size_t bytes) {
@@ -36,6 +37,8 @@ bool grow(FileText& text) {
 }
 
 bool read_whole(Connection& connection, FileText& text, std::error_code& reason) {
+  // What was read is looked at while the processor still has it at hand.
+  constexpr std::size_t read_block = std::size_t{1} << 18U;
   // One byte more than the file holds, so that its end is met without growing.
   text.capacity = static_cast<std::size_t>(connection.facts.size) + 1;
   text.data = file_memory(text.capacity);
@@ -43,10 +46,12 @@ bool read_whole(Connection& connection, FileText& text, std::error_code& reason)
   if (!text.data) return false;
   while (true) {
     if (text.size == text.capacity && !grow(text)) return false;
-    const std::ptrdiff_t got =
-        host().read(connection.handle, text.data.get() + text.size, text.capacity - text.size, reason);
+    char* const place = text.data.get() + text.size;
+    const std::size_t asked = std::min(text.capacity - text.size, read_block);
+    const std::ptrdiff_t got = host().read(connection.handle, place, asked, reason);
     if (got < 0) return false;
     if (got == 0) return true;
+    if (std::memchr(place, '\r', static_cast<std::size_t>(got)) != nullptr) text.carriage_returns = true;
     text.size += static_cast<std::size_t>(got);
   }
 }
@@ -60,7 +65,7 @@ void load(Connection& connection) {
       !read_whole(connection, text, reason)) {
     stop_on_io_error("Lesen", connection.path, reason);
   }
-  connection.records.take(std::move(text.data), text.size);
+  connection.records.take(std::move(text.data), text.size, text.carriage_returns);
   connection.loaded = true;
 }
 

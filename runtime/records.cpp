@@ -34,14 +34,14 @@ std::string_view up_to_either(std::string_view text) {
 
 }  // namespace
 
-void Records::take(FileMemory data, std::size_t size) {
+void Records::take(FileMemory data, std::size_t size, bool carriage_returns) {
   data_ = std::move(data);
   size_ = size;
-  carriage_returns_ = std::string_view(data_.get(), size_).find('\r') != std::string_view::npos;
+  carriage_returns_ = carriage_returns;
 }
 
 void Records::drop() {
-  take({}, 0);
+  take({}, 0, false);
 }
 
 std::string_view Records::cut_at_either() {

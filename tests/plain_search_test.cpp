@@ -111,10 +111,10 @@ void put_into_force(std::int32_t mark) {
 }
 
 const m_System::CompanionKind plain_kind{
-    .extension = ".dat", .type = 'N', .numbered = "N", .allocate = nullptr, .read = nullptr};
+    .extension = ".dat", .type = 'N', .numbered_with = 'N', .allocate = nullptr, .read = nullptr};
 const m_System::CompanionKind marked_kind{.extension = ".dat",
                                           .type = 'N',
-                                          .numbered = "N",
+                                          .numbered_with = 'N',
                                           .allocate = nullptr,
                                           .read = nullptr,
                                           .marks = {mark_of_line, put_into_force}};
