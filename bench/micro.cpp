@@ -58,7 +58,7 @@ void fill_system(std::int32_t count) {
   for (std::int32_t i = 1; i <= count; ++i) m_System::filled_tables.name.at(i) = element_name(i);
 }
 
-void CutRecords(benchmark::State& state, std::string_view line_end) {
+void cut_records(benchmark::State& state, std::string_view line_end) {
   constexpr std::int64_t lines = 100'000;
   std::string text;
   for (std::int64_t i = 0; i < lines; ++i) text.append(70, 'x').append(line_end);
@@ -72,34 +72,34 @@ void CutRecords(benchmark::State& state, std::string_view line_end) {
   runtime::close(unit);
   state.SetItemsProcessed(state.iterations() * lines);
 }
-BENCHMARK_CAPTURE(CutRecords, lf, "\n");
-BENCHMARK_CAPTURE(CutRecords, crlf, "\r\n");
-BENCHMARK_CAPTURE(CutRecords, cr, "\r");
+BENCHMARK_CAPTURE(cut_records, lf, "\n");
+BENCHMARK_CAPTURE(cut_records, crlf, "\r\n");
+BENCHMARK_CAPTURE(cut_records, cr, "\r");
 
-void EditIn(benchmark::State& state, std::string_view field) {
+void edit_in(benchmark::State& state, std::string_view field) {
   while (state.KeepRunning()) {
     benchmark::DoNotOptimize(field);
     benchmark::DoNotOptimize(runtime::edit_single(field));
   }
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK_CAPTURE(EditIn, area, "1.250");
-BENCHMARK_CAPTURE(EditIn, exponent, "125e9");
-BENCHMARK_CAPTURE(EditIn, far_exponent, "1e-30");
-BENCHMARK_CAPTURE(EditIn, blank, "     ");
+BENCHMARK_CAPTURE(edit_in, area, "1.250");
+BENCHMARK_CAPTURE(edit_in, exponent, "125e9");
+BENCHMARK_CAPTURE(edit_in, far_exponent, "1e-30");
+BENCHMARK_CAPTURE(edit_in, blank, "     ");
 
-void EditOutFixed(benchmark::State& state, double value) {
+void edit_out_fixed(benchmark::State& state, double value) {
   const runtime::Value field(value);
   while (state.KeepRunning()) {
     benchmark::DoNotOptimize(runtime::formatted(runtime::format<"(f10.3)">, {&field, 1}));
   }
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK_CAPTURE(EditOutFixed, area, 1234.5);
-BENCHMARK_CAPTURE(EditOutFixed, zero, 0.0);
-BENCHMARK_CAPTURE(EditOutFixed, too_wide, 1.0E20);
+BENCHMARK_CAPTURE(edit_out_fixed, area, 1234.5);
+BENCHMARK_CAPTURE(edit_out_fixed, zero, 0.0);
+BENCHMARK_CAPTURE(edit_out_fixed, too_wide, 1.0E20);
 
-void EditOutListingLine(benchmark::State& state) {
+void edit_out_listing_line(benchmark::State& state) {
   const auto& layout = runtime::format<"(6(a,1x),6i4)">;
   while (state.KeepRunning()) {
     const std::array<runtime::Value, 12> values = {"T0010", "N0010", "K0010", "     ", "T0020", "     ",
@@ -108,17 +108,17 @@ void EditOutListingLine(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(EditOutListingLine);
+BENCHMARK(edit_out_listing_line);
 
-void IndexNames(benchmark::State& state) {
+void index_names(benchmark::State& state) {
   fill_system(static_cast<std::int32_t>(state.range(0)));
   while (state.KeepRunning()) benchmark::DoNotOptimize(m_System::index_names(m_System::system_logic));
   state.SetItemsProcessed(state.iterations() * state.range(0));
   m_System::reset();
 }
-BENCHMARK(IndexNames)->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
+BENCHMARK(index_names)->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
 
-void FindName(benchmark::State& state) {
+void find_name(benchmark::State& state) {
   const auto count = static_cast<std::int32_t>(state.range(0));
   fill_system(count);
   const m_System::NameIndex index = m_System::index_names(m_System::system_logic);
@@ -131,9 +131,9 @@ void FindName(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations());
   m_System::reset();
 }
-BENCHMARK(FindName)->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
+BENCHMARK(find_name)->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
 
-void FindLines(benchmark::State& state, bool reversed) {
+void find_lines(benchmark::State& state, bool reversed) {
   const auto count = static_cast<std::int32_t>(state.range(0));
   fill_system(count);
   std::string text;
@@ -150,8 +150,8 @@ void FindLines(benchmark::State& state, bool reversed) {
   state.SetItemsProcessed(state.iterations() * count);
   m_System::reset();
 }
-BENCHMARK_CAPTURE(FindLines, system_order, false)->Arg(1'000)->Arg(100'000);
-BENCHMARK_CAPTURE(FindLines, reversed, true)->Arg(1'000)->Arg(100'000);
+BENCHMARK_CAPTURE(find_lines, system_order, false)->Arg(1'000)->Arg(100'000);
+BENCHMARK_CAPTURE(find_lines, reversed, true)->Arg(1'000)->Arg(100'000);
 
 }  // namespace
 

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "fuzz/fuzz_bed.h"
+#include "tests/exit_guard.h"
+#include "tests/test_files.h"
 #include "tests/variant_files.h"
 
 namespace {
@@ -28,12 +30,13 @@ std::vector<fs::path> named_files(int count, char** names) {
 }  // namespace
 
 int main(int argument_count, char** arguments) {
+  const ExitGuard guard;
   const std::vector<fs::path> files = named_files(argument_count, arguments);
   for (const fs::path& file : files) {
     // The last name on the screen is that of the input that ended the process.
     std::printf("%s\n", file.c_str());
     std::fflush(stdout);
-    const std::string bytes = variant_files::read_file(file);
+    const std::string bytes = test_files::read_bytes(file);
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
   }
   std::printf("%zu inputs\n", files.size());

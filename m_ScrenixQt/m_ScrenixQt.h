@@ -37,9 +37,15 @@ void ShowMessage(std::string_view title, std::string_view text, std::span<char> 
 /// which also clears `keep_running`; otherwise 1. In no language (blank or another word) nothing is asked.
 std::int32_t AskCancel();
 
+/// The length of a file name that the file chooser fills in.
+inline constexpr std::size_t protocol_name_width = 500;
+
 /// Asks whether the user wants to look at errors and warnings and returns the code of the answer. At a yes
-/// the file chooser opens with the given title and filters (a build without one ends the program there).
-std::int32_t AskViewProtocol(std::string_view title, std::span<const SCRENIX::FileFilter> filters);
+/// the file chooser opens with the four arguments: its title, its filters, the name that it begins with and
+/// fills in, and whether a file was chosen (a build without a chooser ends the program there). Otherwise name
+/// and flag stay as they are.
+std::int32_t AskViewProtocol(std::string_view title, std::span<const SCRENIX::FileFilter> filters,
+                             std::span<char, protocol_name_width> chosen_name, bool& chosen);
 
 inline constexpr std::int32_t most_status_windows = 99;
 inline constexpr std::int32_t status_fields = 9;

@@ -50,15 +50,12 @@ bool read_station(std::string_view value, double& station) {
   return runtime::read_fields(value, runtime::format<"(f20.0)">, {station});
 }
 
+// A line counts even when its level cannot be read.
 bool read_water_level(std::string_view value) {
-  if (check_list.water_level_count < water_level_capacity) {
-    double& level = check_list.water_levels.at(check_list.water_level_count + 1);
-    if (!runtime::read_fields(value, runtime::format<"(f10.0)">, {level})) {
-      return false;
-    }
-  }
-  ++check_list.water_level_count;
-  return true;
+  const std::int32_t count = ++check_list.water_level_count;
+  if (count > water_level_capacity) return true;
+  double& level = check_list.water_levels.at(count);
+  return runtime::read_fields(value, runtime::format<"(f10.0)">, {level});
 }
 
 void read_element_name(std::string_view value) {
@@ -100,14 +97,15 @@ bool same_date(const Date& left, const Date& right) {
   return left.values == right.values;
 }
 
-bool names_the_element(const std::optional<std::string_view>& name) {
+bool names_the_element(std::string_view name) {
   const std::string_view listed = check_list.report_element_name.view();
   if (contains(listed, "alle")) return true;
-  return name && !runtime::is_blank(*name) && contains(listed, runtime::trimmed(*name));
+  return !runtime::is_blank(name) && contains(listed, runtime::trimmed(name));
 }
 
 bool detail_wanted(const CheckCase& wanted) {
-  if (check_list.wsp_detail_wanted == 0 || !names_the_element(wanted.element_name)) return false;
+  if (check_list.wsp_detail_wanted == 0) return false;
+  if (!wanted.element_name || !names_the_element(*wanted.element_name)) return false;
   return check_list.report_max_kind == every_kind || wanted.kind == check_list.report_max_kind;
 }
 
@@ -141,7 +139,7 @@ bool case_wanted(const CheckCase& wanted) {
 }  // namespace
 
 void read_check_list() {
-  check_list = {};
+  check_list.report_element_name = "#";
   const int unit = m_files::free_unit(first_list_unit);
   if (!runtime::try_open(unit, "Pruefliste.lis", runtime::OpenStatus::old)) return;
   std::string_view line;

@@ -60,7 +60,7 @@ void write_timer(std::int32_t number) {
   const std::int64_t ticks = protocol.timers.at(number);
   const std::int64_t rate = runtime::host().ticks_per_second();
   const std::int64_t milliseconds = ticks * (rate / 1000);
-  const double seconds = rate > 0 ? static_cast<double>(ticks) / static_cast<double>(rate) : 0.0;
+  const float seconds = rate > 0 ? static_cast<float>(ticks) / static_cast<float>(rate) : 0.0F;
   runtime::write<"('Zeit',i3,' : ',i2.2,':',i2.2,':',i2.2,'.',i3.3,f12.3)">(
       protocol.runtime_unit, number, milliseconds / 3'600'000, milliseconds % 3'600'000 / 60'000,
       milliseconds % 60'000 / 1'000, milliseconds % 1'000, seconds);

@@ -60,7 +60,7 @@ class OneBased {
     release();
     const auto entries = static_cast<std::size_t>(count < 0 ? 0 : count);
     if (entries > std::numeric_limits<std::size_t>::max() / sizeof(T)) return false;
-    data_.reset(static_cast<T*>(allocate_bytes(entries * sizeof(T))));
+    if (is_allowed(entries * sizeof(T))) data_.reset(static_cast<T*>(allocate_bytes(entries * sizeof(T))));
     if (!data_) return false;
     size_ = static_cast<std::int32_t>(entries);
     return true;

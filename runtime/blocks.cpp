@@ -11,7 +11,7 @@ namespace {
 // Below this a large page would cost more memory than it saves time.
 constexpr std::size_t least_large = std::size_t{1} << 20U;
 
-std::size_t largest_allocation = std::numeric_limits<std::size_t>::max();
+std::size_t largest_table = std::numeric_limits<std::size_t>::max();
 
 void* advised(void* block, std::size_t bytes) {
   if (block != nullptr && bytes >= least_large) advise_large_pages(block, bytes);
@@ -21,12 +21,10 @@ void* advised(void* block, std::size_t bytes) {
 }  // namespace
 
 void* allocate_block(std::size_t bytes) {
-  if (bytes > largest_allocation) return nullptr;
   return advised(std::malloc(std::max<std::size_t>(bytes, 1)), bytes);
 }
 
 void* allocate_zeroed_block(std::size_t bytes) {
-  if (bytes > largest_allocation) return nullptr;
   return advised(std::calloc(std::max<std::size_t>(bytes, 1), 1), bytes);
 }
 
@@ -35,11 +33,15 @@ void release_block(void* released) {
 }
 
 void limit_allocations(std::size_t bytes) {
-  largest_allocation = bytes;
+  largest_table = bytes;
 }
 
 void unlimit_allocations() {
-  largest_allocation = std::numeric_limits<std::size_t>::max();
+  largest_table = std::numeric_limits<std::size_t>::max();
+}
+
+bool is_allowed(std::size_t bytes) {
+  return bytes <= largest_table;
 }
 
 }  // namespace runtime

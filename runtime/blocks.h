@@ -19,11 +19,13 @@ struct ReleaseBlock {
   void operator()(void* block) const { release_block(block); }
 };
 
-/// Makes every later request for more than `bytes` fail, as a machine short of memory would. For
-/// tests.
+/// Makes every later table of more than `bytes` fail, as on a machine short of memory; files are still read.
+/// For tests.
 void limit_allocations(std::size_t bytes);
 /// Takes the limit of `limit_allocations` back.
 void unlimit_allocations();
+/// Whether the limit allows a table of so many bytes.
+bool is_allowed(std::size_t bytes);
 
 /// Lets a standard container have its memory in blocks.
 template <class T>

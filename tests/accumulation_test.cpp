@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -18,6 +19,8 @@
 #include "m_System/m_System.h"
 #include "runtime/array.h"
 #include "runtime/units.h"
+#include "tests/german.h"
+#include "tests/test_files.h"
 #include "tests/variant_files.h"
 
 namespace {
@@ -25,7 +28,6 @@ namespace {
 using KV_Akum::AccumulateAreas;
 using testing::ElementsAre;
 using variant_files::fill_system_logic;
-using variant_files::german;
 using variant_files::Lines;
 using variant_files::Network;
 using variant_files::written_lines;
@@ -79,7 +81,7 @@ class AccumulationTest : public testing::Test {
   }
 
  private:
-  variant_files::WorkingFolder folder_;
+  variant_files::FreshRun folder_;
 };
 
 TEST_F(AccumulationTest, WithoutElementsTheTableHasItsHeaderOnly) {
@@ -260,7 +262,7 @@ TEST_F(AccumulationTest, AGapInTheInflowsHasNoLine) {
 }
 
 TEST_F(AccumulationTest, AnOlderResultIsReplaced) {
-  variant_files::write_file("v.Akum", std::string(5000, 'x'));
+  test_files::write_bytes("v.Akum", std::string(5000, 'x'));
   fill_system_logic({});
   EXPECT_THAT(accumulated(), testing::IsEmpty());
 }
@@ -275,7 +277,7 @@ TEST_F(AccumulationTest, TheNameOfTheResultHas200Characters) {
 TEST_F(AccumulationTest, TheResultStaysOpen) {
   fill_system_logic({});
   AccumulateAreas("v");
-  EXPECT_TRUE(runtime::unit_of("v.Akum").has_value());
+  EXPECT_EQ(runtime::unit_of("v.Akum"), 100);
 }
 
 TEST_F(AccumulationTest, ShortOfMemoryTheRunStops) {
@@ -283,6 +285,7 @@ TEST_F(AccumulationTest, ShortOfMemoryTheRunStops) {
   runtime::limit_allocations(7);
   EXPECT_EXIT(AccumulateAreas("v"), testing::ExitedWithCode(0),
               "^In file 'accumulation\\.cpp', around line [0-9]+: Error allocating 8 bytes\n$");
+  EXPECT_FALSE(std::filesystem::exists("v.Akum")) << "the sums come before the table";
 }
 
 }  // namespace

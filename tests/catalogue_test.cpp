@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <ostream>
 #include <set>
@@ -14,6 +13,8 @@
 #include "m_WLM_error/catalogue/entry.h"
 #include "m_WLM_error/m_WLM_error.h"
 #include "runtime/cp1252.h"
+#include "tests/german.h"
+#include "tests/test_files.h"
 
 namespace {
 
@@ -22,13 +23,6 @@ namespace catalogue = m_WLM_error::catalogue;
 using m_WLM_error::MessageArguments;
 using m_WLM_error::MessageDispatcher;
 using Lines = std::vector<std::string>;
-
-// The text in the bytes of a protocol.
-std::string german(std::string_view utf8) {
-  runtime::Cp1252Text<500> text;
-  text.append(utf8);
-  return std::string(text.view());
-}
 
 // The suite's list of its messages. It is kept apart from the catalogue: a code that the catalogue loses or
 // misspells shows up here. A message that is new since then needs no place in it.
@@ -101,20 +95,15 @@ const MessageArguments usual_arguments{.text1 = "Modell_Unterlauf_2024.TRS",
 class Catalogue : public testing::Test {
  protected:
   void SetUp() override {
-    std::string name = testing::UnitTest::GetInstance()->current_test_info()->name();
-    std::ranges::replace(name, '/', '_');
-    folder_ = std::filesystem::path(testing::TempDir()) / ("kv_catalogue_" + name);
-    std::filesystem::create_directories(folder_);
     m_WLM_error::reset();
     init();
   }
   void TearDown() override {
     MessageDispatcher("FINALE");
     m_WLM_error::reset();
-    std::filesystem::remove_all(folder_);
   }
 
-  void init() const { MessageDispatcher("INIT", {.text1 = protocol().string(), .text2 = "KARVOS"}); }
+  void init() const { MessageDispatcher("INIT", {.text1 = protocol(), .text2 = "KARVOS"}); }
 
   // The lines written since "INIT", without the protocol's first line.
   Lines written() const {
@@ -136,9 +125,9 @@ class Catalogue : public testing::Test {
   std::int32_t level = 0;
 
  private:
-  [[nodiscard]] std::filesystem::path protocol() const { return folder_ / "variante.pkl"; }
+  [[nodiscard]] std::string protocol() const { return folder_.file("variante.pkl"); }
 
-  std::filesystem::path folder_;
+  test_files::TemporaryFolder folder_;
 };
 
 // A way to call a code: with the usual arguments, and once for each word that chooses a variant.

@@ -7,6 +7,7 @@
 
 #include "runtime/units.h"
 #include "tests/suite_host.h"
+#include "tests/unit_watch.h"
 
 namespace m_info {
 namespace {
@@ -28,8 +29,8 @@ class Info : public testing::Test {
     reset();
   }
 
-  suite_host::WorkingFolder folder_;
-  suite_host::SuiteHost host_;
+  test_files::WorkingFolder folder_;
+  SuiteHost host_;
 };
 
 // Runtime protocol.
@@ -57,7 +58,7 @@ TEST_F(RuntimeProtocolTest, WritesWhatIsGiven) {
             "N(20) =          0\n");
 }
 
-TEST_F(RuntimeProtocolTest, TakesTheFirstFreeUnit) {
+TEST_F(RuntimeProtocolTest, TakesTheFirstFreeUnitFrom200) {
   runtime::open(200, "held", runtime::OpenStatus::unknown);
   runtime_protocol("WRITE", "x");
   EXPECT_EQ(protocol.runtime_unit, 201);
@@ -185,6 +186,13 @@ TEST_F(RuntimeProtocolTest, MillisecondsComeFromTheWholeThousandsOfTheRate) {
   EXPECT_EQ(written(), "Zeit  1 : 00:00:02.000       0.400\n");
 }
 
+TEST_F(RuntimeProtocolTest, SecondsAreDividedInSinglePrecision) {
+  // 123456700 is 123456704 in single precision; its thousandth lies between 123456.703125 and .7109375.
+  protocol.timers.at(1) = 123456700;
+  runtime_protocol("WRITE", no_text, no_counter, 1);
+  EXPECT_EQ(written(), "Zeit  1 : 34:17:36.700  123456.703\n");
+}
+
 TEST_F(RuntimeProtocolTest, SlowClockHasNoMilliseconds) {
   host_.rate = 100;
   protocol.timers.at(1) = 250;
@@ -242,6 +250,12 @@ TEST_F(CurrentDirectory, IsTheTextFromTheDriveToTheEndOfTheLine) {
             "D:\\Modell Nord                ");
 }
 
+TEST_F(CurrentDirectory, TakesAUnitFrom500) {
+  const UnitWatch watch;
+  found(" Verzeichnis von D:\\Modell\n");
+  EXPECT_THAT(watch.units, ElementsAre(500));
+}
+
 TEST_F(CurrentDirectory, IsCutAtTheLengthOfTheResult) {
   EXPECT_EQ(found(" Verzeichnis von D:\\Modell\n", 5), "D:\\Mo");
 }
@@ -272,7 +286,7 @@ TEST_F(CurrentDirectory, IsUnknownWithoutAListing) {
 }
 
 TEST(HostWithoutTheSuitesShell, WorkingFolderIsUnknown) {
-  const suite_host::WorkingFolder folder;
+  const test_files::WorkingFolder folder;
   std::string result(6, '?');
   current_directory(result);
   EXPECT_EQ(result, "####  ");
@@ -306,13 +320,51 @@ TEST_F(CheckListTest, MissingListLeavesEverythingAtItsStart) {
   EXPECT_FALSE(exists("Pruefliste.lis"));
 }
 
-TEST_F(CheckListTest, MissingListEndsAnEarlierOne) {
+TEST_F(CheckListTest, MissingListForgetsTheElementOfAnEarlierOne) {
   entry("Profile_", "J");
+  entry("Element", "T  01");
   read();
-  EXPECT_EQ(check_list.profiles_wanted, 1);
+  EXPECT_EQ(check_list.report_element_name, "T  01");
   std::filesystem::remove("Pruefliste.lis");
   read_check_list();
-  EXPECT_EQ(check_list.profiles_wanted, 0);
+  EXPECT_EQ(check_list.report_element_name, "#");
+  EXPECT_EQ(check_list.profiles_wanted, 1);
+}
+
+TEST_F(CheckListTest, LaterListReplacesWhatItNames) {
+  entry("Profile_", "J");
+  entry("Spiegellinie", "1 2 3 4");
+  entry("richt", "12");
+  entry("Element", "T  01");
+  entry("xu...", "10");
+  entry("xo...", "20");
+  entry("Hvonh", "1.5");
+  read();
+  lines_.clear();
+  entry("Abfluss_", "J");
+  entry("Spiegellinie", "7");
+  entry("xu...", "15");
+  entry("Hvonh", "2.5");
+  read();
+  EXPECT_EQ(check_list.profiles_wanted, 1);
+  EXPECT_EQ(check_list.discharge_wanted, 1);
+  EXPECT_THAT(check_list.report_date().values, ElementsAre(7, 2, 3));
+  EXPECT_EQ(check_list.report_numbers.at(4), 4);
+  EXPECT_EQ(check_list.report_max_kind, 7);
+  EXPECT_EQ(check_list.report_element_number, 12);
+  EXPECT_EQ(check_list.report_element_name, "#");
+  EXPECT_EQ(check_list.station_min, 15.0);
+  EXPECT_EQ(check_list.station_max, 20.0);
+  EXPECT_EQ(check_list.water_level_count, 2);
+  EXPECT_EQ(check_list.water_levels.at(1), 1.5);
+  EXPECT_EQ(check_list.water_levels.at(2), 2.5);
+}
+
+TEST_F(CheckListTest, TakesAUnitFrom50) {
+  entry("Profile_", "J");
+  const UnitWatch watch;
+  read();
+  EXPECT_THAT(watch.units, ElementsAre(50));
 }
 
 TEST_F(CheckListTest, FlagsTakeAJInElevenCharacters) {
@@ -412,7 +464,8 @@ TEST_F(CheckListTest, WaterLevelStandsInTenColumns) {
 }
 
 TEST_F(CheckListTest, NumberThatCannotBeReadEndsTheReading) {
-  for (const char* keyword : {"richt", "xu...", "xo...", "Hvonh"}) {
+  for (const std::string keyword : {"richt", "xu...", "xo...", "Hvonh"}) {
+    reset();
     lines_.clear();
     entry("Profile_", "J");
     entry(keyword, "zwei");
@@ -420,7 +473,7 @@ TEST_F(CheckListTest, NumberThatCannotBeReadEndsTheReading) {
     read();
     EXPECT_EQ(check_list.profiles_wanted, 1) << keyword;
     EXPECT_EQ(check_list.discharge_wanted, 0) << keyword;
-    EXPECT_EQ(check_list.water_level_count, 0) << keyword;
+    EXPECT_EQ(check_list.water_level_count, keyword == "Hvonh" ? 1 : 0) << keyword;
     EXPECT_FALSE(runtime::is_connected(50)) << keyword;
   }
 }
@@ -517,7 +570,7 @@ TEST_F(CheckListWants, DetailOfAllElements) {
   asked.kind = 4;
   EXPECT_EQ(check_list_wants(asked), 1);
   asked.element_name = std::nullopt;
-  EXPECT_EQ(check_list_wants(asked), 1);
+  EXPECT_EQ(check_list_wants(asked), 0);
 }
 
 TEST_F(CheckListWants, DetailOfEveryKind) {
@@ -601,6 +654,18 @@ TEST_F(CheckListWants, WaterLevelsWhenAskedFor) {
   asked.station = 123.456011;
   EXPECT_EQ(check_list_wants(asked), 0);
   asked.station = 0.0;
+  EXPECT_EQ(check_list_wants(asked), 0);
+}
+
+TEST_F(CheckListWants, ToleranceOfAWaterLevelIsASinglePrecisionNumber) {
+  check_list.water_levels = {{0.0}};
+  check_list.water_level_count = 1;
+  CheckCase asked = wanted();
+  asked.water_levels = true;
+  // In single precision 0.00001 is 9.9999997474E-6.
+  asked.station = 9.9999997E-6;
+  EXPECT_EQ(check_list_wants(asked), 1);
+  asked.station = 9.9999998E-6;
   EXPECT_EQ(check_list_wants(asked), 0);
 }
 

@@ -8,19 +8,12 @@
 #include <string_view>
 #include <system_error>
 
-#include "runtime/host.h"
+#include "tests/forwarding_host.h"
 
-/// Stands in for the machine's host as long as it lives: files stand in memory, in one folder, so that
-/// thousands of small runs cost no disk. Standard output and error are kept.
-class MemoryHost final : public runtime::Host {
+/// Keeps files in memory, in one folder, so that thousands of small runs cost no disk. Standard output and
+/// error are kept, too.
+class MemoryHost final : public ForwardingHost {
  public:
-  MemoryHost() { runtime::set_host(this); }
-  MemoryHost(const MemoryHost&) = delete;
-  MemoryHost& operator=(const MemoryHost&) = delete;
-  MemoryHost(MemoryHost&&) = delete;
-  MemoryHost& operator=(MemoryHost&&) = delete;
-  ~MemoryHost() override { runtime::set_host(nullptr); }
-
   void put(const std::string& path, std::string_view bytes) { file_at(path).bytes = bytes; }
   /// The bytes of a file; none when there is no such file.
   [[nodiscard]] std::string bytes(const std::string& path) const {

@@ -16,6 +16,8 @@
 #include "m_WLM_error/m_WLM_error.h"
 #include "runtime/array.h"
 #include "runtime/units.h"
+#include "tests/notices.h"
+#include "tests/shown_text.h"
 #include "tests/variant_files.h"
 
 namespace {
@@ -32,13 +34,11 @@ using m_WLM_error::ErrorLevel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using variant_files::columns_line;
-using variant_files::error_notice;
 using variant_files::fill_system_logic;
 using variant_files::Lines;
 using variant_files::Network;
 using variant_files::protocol_codes;
 using variant_files::protocol_lines;
-using variant_files::ShownText;
 using variant_files::write_lines;
 
 template <class T>
@@ -69,7 +69,7 @@ class ReaderTest : public testing::Test {
   }
 
  private:
-  variant_files::WorkingFolder folder_;
+  variant_files::FreshRun folder_;
 };
 
 // Areas.
@@ -282,8 +282,8 @@ TEST_F(AreaTest, AMissingFileIsShown) {
   EXPECT_EQ(ErrorLevel, 3);
   EXPECT_EQ(source_tables.area.size(), 0);
   ReadCanalisedAreas("v");
-  EXPECT_EQ(shown.output(), error_notice("Die Datei v.nfl existiert nicht.") +
-                                error_notice("Die Datei v.kfl existiert nicht."));
+  EXPECT_EQ(shown.output(), notices::error("Die Datei v.nfl existiert nicht.") +
+                                notices::error("Die Datei v.kfl existiert nicht."));
   EXPECT_FALSE(fs::exists("v.pkl"));
 }
 
@@ -412,7 +412,7 @@ TEST_F(ReachTest, TheReaderGivesUp) {
   {
     const ShownText shown;
     ReadReaches("v");
-    EXPECT_EQ(shown.output(), error_notice("Die Datei v.trs existiert nicht."));
+    EXPECT_EQ(shown.output(), notices::error("Die Datei v.trs existiert nicht."));
     EXPECT_EQ(ErrorLevel, 3);
   }
   m_WLM_error::report("ErrorLevel", {.int1 = 0});
@@ -531,7 +531,7 @@ TEST_F(BranchingTest, TheReaderGivesUp) {
   {
     const ShownText shown;
     ReadBranchings("v");
-    EXPECT_EQ(shown.output(), error_notice("Die Datei v.ver existiert nicht."));
+    EXPECT_EQ(shown.output(), notices::error("Die Datei v.ver existiert nicht."));
     EXPECT_EQ(ErrorLevel, 3);
   }
   m_WLM_error::report("ErrorLevel", {.int1 = 0});

@@ -12,12 +12,13 @@
 #include <string>
 #include <vector>
 
-#include "tests/variant_files.h"
+#include "tests/notices.h"
+#include "tests/program.h"
+#include "tests/test_files.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using variant_files::Lines;
 
 fs::path networks_folder() {
   const char* const chosen = std::getenv("KV_REAL_NETWORKS_DIR");
@@ -41,7 +42,7 @@ std::vector<std::string> comma_fields(const std::string& line) {
 // The reaches that can be compared: the others miss the side path of a divergence.
 std::vector<Published> published_reaches(const fs::path& file) {
   std::vector<Published> reaches;
-  std::istringstream lines(variant_files::read_file(file));
+  std::istringstream lines(test_files::read_bytes(file));
   std::string line;
   std::getline(lines, line);
   while (std::getline(lines, line)) {
@@ -60,9 +61,10 @@ struct ResultColumns {
 constexpr ResultColumns natural_total{33, 10};
 constexpr ResultColumns whole_total{89, 11};
 
-std::map<std::string, double> totals_of_reaches(const Lines& result, const ResultColumns& columns) {
+std::map<std::string, double> totals_of_reaches(const std::string& result, const ResultColumns& columns) {
   std::map<std::string, double> totals;
-  for (const std::string& line : result) {
+  std::istringstream lines(result);
+  for (std::string line; std::getline(lines, line);) {
     if (line.starts_with('T')) {
       totals[line.substr(0, 5)] = std::stod(line.substr(columns.first - 1, columns.width));
     }
@@ -84,14 +86,16 @@ TEST_P(RealNetwork, MeetsThePublishedDrainageAreas) {
     GTEST_SKIP() << "not run: the folder of real networks is not there (" << folder.string()
                  << "); KV_REAL_NETWORKS_DIR names another";
   }
-  const variant_files::WorkingFolder working_folder;
-  variant_files::copy_variant(folder, name);
-  const variant_files::RunResult run = variant_files::run_variant(name);
-  EXPECT_EQ(run.output, variant_files::notice("KV_Akum", "Ergebnis: " + name + ".Akum"));
-  EXPECT_EQ(run.error, "");
-  EXPECT_FALSE(fs::exists(name + ".pkl")) << "the run has nothing to report";
+  const test_files::TemporaryFolder work;
+  test_files::copy_variant(name, folder, work.path());
+  const child::Outcome run = program::run({.arguments = {name}, .folder = work.path()});
+  EXPECT_EQ(run.ending, "exit status 0");
+  EXPECT_EQ(run.out, notices::closing(name));
+  EXPECT_EQ(run.err, "");
+  EXPECT_FALSE(fs::exists(work.file(name + ".pkl"))) << "the run has nothing to report";
 
-  const auto totals = totals_of_reaches(variant_files::written_lines(name + ".Akum"), GetParam().columns);
+  const auto totals =
+      totals_of_reaches(test_files::read_bytes(work.file(name + ".Akum")), GetParam().columns);
   const std::vector<Published> published = published_reaches(folder / "expected.csv");
   ASSERT_FALSE(published.empty());
   double largest_deviation = 0.0;
