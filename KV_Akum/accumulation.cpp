@@ -52,7 +52,7 @@ void allocate(SumTable& sums, std::int32_t count) {
 
 int open_result(std::string_view variant_name) {
   const int unit = m_files::free_unit(100);
-  runtime::open(unit, m_System::file_name_of(variant_name, ".Akum").trimmed(), runtime::OpenStatus::unknown);
+  runtime::open(unit, m_System::file_name_of(variant_name, ".Akum").trimmed(), runtime::OpenStatus::whole);
   return unit;
 }
 
@@ -158,6 +158,7 @@ void AccumulateAreas(std::string_view variant_name) {
   const int unit = open_result(variant_name);
   write_header(unit, variant_name);
   accumulate(unit, sums);
+  runtime::complete(unit);
 }
 
 }  // namespace KV_Akum

@@ -123,9 +123,9 @@ void CompanionFile::close() {
 
 namespace {
 
-bool ready_to_read(std::int32_t (*allocate)()) {
+bool ready_to_read(const CompanionFile& file, const CompanionKind& kind) {
   if (m_WLM_error::ErrorLevel > 1) return false;
-  m_WLM_error::ErrorLevel = std::max(m_WLM_error::ErrorLevel, allocate());
+  m_WLM_error::fold_allocation(kind.allocate(), file.name().view());
   return m_WLM_error::ErrorLevel <= 1;
 }
 
@@ -152,7 +152,7 @@ void read_companion_file(std::string_view variant_name, const CompanionKind& kin
   CompanionFile file(variant_name, kind);
   if (!file.open()) return;
   file.check_duplicates();
-  if (!ready_to_read(kind.allocate) || read_elements(file, kind)) file.close();
+  if (!ready_to_read(file, kind) || read_elements(file, kind)) file.close();
 }
 
 }  // namespace m_System

@@ -28,7 +28,7 @@ FileName file_name_of(std::string_view variant_name, std::string_view extension)
 int open_input_file(const FileName& file_name) {
   const int unit = m_files::free_unit(100);
   const std::string file = "Die Datei " + std::string(file_name.trimmed());
-  if (!runtime::try_open(unit, file_name.trimmed(), runtime::OpenStatus::old)) {
+  if (!runtime::try_open(unit, file_name.trimmed(), runtime::OpenStatus::input)) {
     give_up(file + " existiert nicht.");
     return 0;
   }

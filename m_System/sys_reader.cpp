@@ -90,10 +90,10 @@ void store_elements(const Lines& lines) {
 }
 
 // False when the reading must end.
-bool read_elements(int unit) {
+bool read_elements(int unit, const FileName& file_name) {
   const Lines lines = element_lines(unit);
   count_elements(lines);
-  m_WLM_error::ErrorLevel = std::max(m_WLM_error::ErrorLevel, AllocateSystemTables());
+  m_WLM_error::fold_allocation(AllocateSystemTables(), file_name.view());
   if (m_WLM_error::ErrorLevel > 1) return false;
   store_elements(lines);
   return true;
@@ -133,14 +133,15 @@ void list_element(int unit, std::int32_t i) {
 
 void link_and_list_elements() {
   SystemLogic& logic = filled_tables;
-  const int unit = m_files::free_unit(100);
-  runtime::open(unit, "code.pkl", runtime::OpenStatus::unknown);
-  runtime::write<"(a)">(unit, "code.pkl");
   const LinkResolver links{element_names(), last_of_name(element_names(), {})};
+  const int unit = m_files::free_unit(100);
+  runtime::open(unit, "code.pkl", runtime::OpenStatus::whole);
+  runtime::write<"(a)">(unit, "code.pkl");
   for (std::int32_t i = 1; i <= logic.element_count; ++i) {
     resolve_links(links, i);
     list_element(unit, i);
   }
+  runtime::complete(unit);
   if (logic.element_count > 0) logic.outflow_index.at(logic.element_count).at(1) = logic.element_count + 1;
 }
 
@@ -152,9 +153,10 @@ void CountElements(int unit) {
 }
 
 void ReadSystemFile(std::string_view variant_name) {
-  const int unit = open_input_file(file_name_of(variant_name, ".sys"));
+  const FileName file_name = file_name_of(variant_name, ".sys");
+  const int unit = open_input_file(file_name);
   if (unit == 0) return;
-  if (read_elements(unit)) {
+  if (read_elements(unit, file_name)) {
     link_and_list_elements();
     CheckSystemLogic();
   }

@@ -141,7 +141,7 @@ bool case_wanted(const CheckCase& wanted) {
 void read_check_list() {
   check_list.report_element_name = "#";
   const int unit = m_files::free_unit(first_list_unit);
-  if (!runtime::try_open(unit, "Pruefliste.lis", runtime::OpenStatus::old)) return;
+  if (!runtime::try_open(unit, "Pruefliste.lis", runtime::OpenStatus::input)) return;
   std::string_view line;
   for (runtime::LineReader list(unit, list_line_width); list.next(line);) {
     if (!line.starts_with('#') && !read_entry(line)) break;

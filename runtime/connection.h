@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -15,9 +16,11 @@ namespace runtime {
 struct Connection {
   std::string path;  ///< the host's
   int handle = -1;
-  bool console = false;  ///< a standard stream
+  bool console = false;    ///< a standard stream
+  bool loss_told = false;  ///< that something was lost on the way to a standard stream
   FileFacts facts;
-  std::error_code write_refused;  ///< why the file could be opened for reading only
+  std::error_code write_refused;       ///< why the file is only read
+  std::optional<Successor> successor;  ///< of a file that is being written whole; `handle` is its handle
 
   Records records;      ///< the whole file, from the first read on
   bool loaded = false;  ///< the records are those of the file
@@ -33,6 +36,10 @@ Connection& connected(int unit, std::string_view operation);
 /// Hands everything that is pending to the host. False on a fault: what could not be written is gone, so that
 /// it is told once and not tried again on the way out.
 bool hand_over(Connection& connection, std::error_code& reason);
+/// The same where a fault ends the program; one of standard output is told and passed over.
+void hand_over_or_tell(Connection& connection);
+/// The same for all units but the standard ones.
+void hand_over_files();
 
 /// Ends a record whose text was written without an end.
 void end_open_record(Connection& connection);

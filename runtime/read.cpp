@@ -36,6 +36,13 @@ bool grow(FileText& text) {
   return true;
 }
 
+// A file that was cut or that a share no longer gives out in full must not pass for a short one.
+bool has_come_to_its_end(const Connection& connection, const FileText& text, std::error_code& reason) {
+  if (connection.facts.kind != FileKind::file || text.size >= connection.facts.size) return true;
+  reason = std::make_error_code(std::errc::io_error);
+  return false;
+}
+
 bool read_whole(Connection& connection, FileText& text, std::error_code& reason) {
   // What was read is looked at while the processor still has it at hand.
   constexpr std::size_t read_block = std::size_t{1} << 18U;
@@ -50,7 +57,7 @@ bool read_whole(Connection& connection, FileText& text, std::error_code& reason)
     const std::size_t asked = std::min(text.capacity - text.size, read_block);
     const std::ptrdiff_t got = host().read(connection.handle, place, asked, reason);
     if (got < 0) return false;
-    if (got == 0) return true;
+    if (got == 0) return has_come_to_its_end(connection, text, reason);
     if (std::memchr(place, '\r', static_cast<std::size_t>(got)) != nullptr) text.carriage_returns = true;
     text.size += static_cast<std::size_t>(got);
   }

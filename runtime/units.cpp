@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -32,7 +31,7 @@ std::unique_ptr<Connection> standard_stream(int handle) {
 
 Connections standard_units() {
   Connections units(standard_output_unit + 1);
-  units[5] = standard_stream(0);
+  units[5] = standard_stream(standard_input_handle);
   units[standard_output_unit] = standard_stream(standard_output_handle);
   units[standard_output_unit]->writing = true;
   units[standard_output_unit]->output.line_end = host().line_end();
@@ -40,6 +39,9 @@ Connections standard_units() {
 }
 
 Connections connections = standard_units();
+
+std::vector<FileFacts> protected_files;
+int locked_handle = -1;
 
 // Null for a unit that is not connected.
 Connection* connection_of(int unit) {
@@ -55,64 +57,19 @@ std::error_code reason_of(std::errc reason) {
   stop_on_io_error(operation, "Einheit " + std::to_string(unit), reason_of(std::errc::bad_file_descriptor));
 }
 
-// Opening.
-
-int open_old(Connection& connection, std::string_view text, std::error_code& reason) {
-  connection.path = path_of_existing(text);
-  switch (host().kind_of(connection.path)) {
-    case FileKind::none:
-      reason = reason_of(std::errc::no_such_file_or_directory);
-      return -1;
-    case FileKind::folder:
-      reason = reason_of(std::errc::is_a_directory);
-      return -1;
-    case FileKind::other:
-      reason = reason_of(std::errc::invalid_argument);
-      return -1;
-    case FileKind::file:
-      break;
-  }
-  return host().open(connection.path, Access::update, reason);
-}
-
-int open_fresh(Connection& connection, std::string_view text, std::error_code& reason) {
-  connection.path = path_for_output(text);
-  if (host().kind_of(connection.path) != FileKind::none) {
-    reason = reason_of(std::errc::file_exists);
-    return -1;
-  }
-  return host().open(connection.path, Access::create, reason);
-}
-
-int open_unknown(Connection& connection, std::string_view text, std::error_code& reason) {
-  connection.path = path_for_output(text);
-  return host().open(connection.path, Access::create, reason);
-}
-
-int open_by_status(Connection& connection, std::string_view text, OpenStatus status,
-                   std::error_code& reason) {
-  switch (status) {
-    case OpenStatus::old:
-      return open_old(connection, text, reason);
-    case OpenStatus::fresh:
-      return open_fresh(connection, text, reason);
-    case OpenStatus::unknown:
-      break;
-  }
-  return open_unknown(connection, text, reason);
-}
-
-// A file that may only be read is connected all the same; the refusal is told by the first write.
-void open_for_reading(Connection& connection, std::error_code& reason) {
-  if (host().kind_of(connection.path) != FileKind::file) return;
-  const std::error_code refused = reason;
-  connection.handle = host().open(connection.path, Access::read, reason);
-  connection.write_refused = refused;
-}
-
 bool same_file(const FileFacts& left, const FileFacts& right) {
   return left.kind == FileKind::file && right.kind == FileKind::file && left.volume == right.volume &&
          left.number == right.number;
+}
+
+bool is_protected(const FileFacts& facts) {
+  return std::ranges::any_of(protected_files, [&](const FileFacts& file) { return same_file(file, facts); });
+}
+
+void release_lock() {
+  std::error_code ignored;
+  if (locked_handle >= 0) host().close(locked_handle, ignored);
+  locked_handle = -1;
 }
 
 // The unit that holds a file.
@@ -124,59 +81,163 @@ std::optional<int> holder_of(const FileFacts& facts) {
   return static_cast<int>(holder - connections.begin());
 }
 
-bool connect(Connection& connection, std::string_view text, OpenStatus status, std::error_code& reason) {
-  connection.handle = open_by_status(connection, text, status, reason);
-  if (connection.handle < 0 && status != OpenStatus::fresh) open_for_reading(connection, reason);
-  if (connection.handle < 0) return false;
-  const bool known = host().facts(connection.handle, connection.facts, reason);
-  if (known && !holder_of(connection.facts)) return true;
-  if (known) reason = reason_of(std::errc::device_or_resource_busy);
-  std::error_code ignored;
-  host().close(connection.handle, ignored);
-  return false;
+// Opening.
+
+bool is_file(const FileFacts& facts, std::error_code& reason) {
+  switch (facts.kind) {
+    case FileKind::none:
+      reason = reason_of(std::errc::no_such_file_or_directory);
+      return false;
+    case FileKind::folder:
+      reason = reason_of(std::errc::is_a_directory);
+      return false;
+    case FileKind::other:
+      reason = reason_of(std::errc::invalid_argument);
+      return false;
+    case FileKind::file:
+      break;
+  }
+  return true;
 }
 
-bool connect_unit(int unit, std::string_view text, OpenStatus status, std::error_code& reason) {
-  if (unit < 0 || unit > highest_unit) reason = reason_of(std::errc::argument_out_of_domain);
-  if (is_connected(unit)) reason = reason_of(std::errc::device_or_resource_busy);
+// A file that may only be read is connected all the same; the refusal is told by the first write.
+void open_or_read_only(Connection& connection, Access access, std::error_code& reason) {
+  connection.handle = host().open(connection.path, access, reason);
+  if (connection.handle >= 0 || host().look(connection.path).kind != FileKind::file) return;
+  connection.write_refused = reason;
+  connection.handle = host().open(connection.path, Access::read, reason);
+}
+
+void open_input(Connection& connection, std::error_code& reason) {
+  if (!is_file(host().look(connection.path), reason)) return;
+  connection.handle = host().open(connection.path, Access::read, reason);
+}
+
+void open_old(Connection& connection, std::error_code& reason) {
+  if (is_file(host().look(connection.path), reason)) open_or_read_only(connection, Access::update, reason);
+}
+
+void open_fresh(Connection& connection, std::error_code& reason) {
+  if (host().look(connection.path).kind == FileKind::none) {
+    connection.handle = host().open(connection.path, Access::create, reason);
+  } else {
+    reason = reason_of(std::errc::file_exists);
+  }
+}
+
+void open_unknown(Connection& connection, std::error_code& reason) {
+  open_or_read_only(connection, Access::create, reason);
+}
+
+// Whether the folder, and not what stands in it, is the reason why there is no second file.
+bool folder_refuses(const std::error_code& reason) {
+  return reason == std::errc::permission_denied || reason == std::errc::operation_not_permitted ||
+         reason == std::errc::read_only_file_system || reason == std::errc::filename_too_long;
+}
+
+// What exists must be a file that could be written itself.
+bool may_be_replaced(Connection& connection, const FileFacts& existing, std::error_code& reason) {
+  if (is_protected(existing)) reason = reason_of(std::errc::operation_not_permitted);
+  if (holder_of(existing)) reason = reason_of(std::errc::device_or_resource_busy);
   if (reason) return false;
-  auto connection = std::make_unique<Connection>();
-  connection->output.line_end = host().line_end();
-  if (!connect(*connection, text, status, reason)) return false;
-  const auto place = static_cast<std::size_t>(unit);
-  if (place >= connections.size()) connections.resize(place + 1);
-  connections[place] = std::move(connection);
+  const int handle = host().open(connection.path, Access::update, reason);
+  if (handle < 0) return false;
+  std::error_code ignored;
+  host().close(handle, ignored);
+  return true;
+}
+
+void open_whole(Connection& connection, std::error_code& reason) {
+  const FileFacts existing = host().look(connection.path);
+  const bool there = existing.kind == FileKind::file;
+  if (existing.linked || (existing.kind != FileKind::none && !there)) return open_unknown(connection, reason);
+  if (there && !may_be_replaced(connection, existing, reason)) return;
+  const Successor successor = host().create_successor(connection.path, reason);
+  if (successor.handle < 0) {
+    if (folder_refuses(reason)) open_unknown(connection, reason);
+    return;
+  }
+  connection.handle = successor.handle;
+  connection.successor = successor;
+}
+
+void open_by_status(Connection& connection, OpenStatus status, std::error_code& reason) {
+  switch (status) {
+    case OpenStatus::input:
+      return open_input(connection, reason);
+    case OpenStatus::old:
+      return open_old(connection, reason);
+    case OpenStatus::unknown:
+      return open_unknown(connection, reason);
+    case OpenStatus::fresh:
+      return open_fresh(connection, reason);
+    case OpenStatus::whole:
+      break;
+  }
+  open_whole(connection, reason);
+}
+
+std::string path_for(std::string_view text, OpenStatus status) {
+  const bool must_exist = status == OpenStatus::input || status == OpenStatus::old;
+  return must_exist ? path_of_existing(text) : path_for_output(text);
+}
+
+// Closes the file as it is; nothing stays of a whole one.
+void abandon(Connection& connection) {
+  std::error_code ignored;
+  if (connection.successor) {
+    host().discard(*connection.successor);
+  } else if (connection.handle >= 0) {
+    host().close(connection.handle, ignored);
+  }
+  connection.successor.reset();
+  connection.handle = -1;
+}
+
+bool connect(Connection& connection, OpenStatus status, std::error_code& reason) {
+  open_by_status(connection, status, reason);
+  if (connection.handle < 0) return false;
+  reason.clear();
+  if (host().facts(connection.handle, connection.facts, reason) && holder_of(connection.facts)) {
+    reason = reason_of(std::errc::device_or_resource_busy);
+  }
+  if (reason) {
+    abandon(connection);
+    return false;
+  }
+  if (status == OpenStatus::input) protected_files.push_back(connection.facts);
+  if (is_protected(connection.facts))
+    connection.write_refused = reason_of(std::errc::operation_not_permitted);
   return true;
 }
 
 // Closing.
 
-bool complete(Connection& connection, std::error_code& reason) {
-  end_open_record(connection);
-  const bool handed_over = hand_over(connection, reason);
-  std::error_code close_reason;
-  const bool closed = host().close(connection.handle, close_reason);
-  if (handed_over && !closed) reason = close_reason;
-  return handed_over && closed;
+bool complete_successor(Connection& connection, std::error_code& reason) {
+  const Successor successor = *std::exchange(connection.successor, std::nullopt);
+  connection.handle = -1;
+  return host().succeed(successor, connection.path, reason);
 }
 
-struct CloseFault {
-  std::string path;
-  std::error_code reason;
-};
-
-// Frees the unit and completes or removes its file; the fault when that fails.
-std::optional<CloseFault> disconnect(int unit, CloseStatus status) {
-  if (connection_of(unit) == nullptr || connection_of(unit)->console) return std::nullopt;
-  const std::unique_ptr<Connection> connection = std::move(connections[static_cast<std::size_t>(unit)]);
-  std::error_code reason;
-  if (status == CloseStatus::remove) {
-    host().close(connection->handle, reason);
-    if (host().remove(connection->path, reason)) return std::nullopt;
-  } else if (complete(*connection, reason)) {
-    return std::nullopt;
+// Hands everything over and closes the file; a whole one takes its place unless something of it was lost.
+bool complete(Connection& connection, std::error_code& reason) {
+  end_open_record(connection);
+  if (!hand_over(connection, reason)) {
+    abandon(connection);
+    return false;
   }
-  return CloseFault{connection->path, reason};
+  if (connection.successor) return complete_successor(connection, reason);
+  const int handle = std::exchange(connection.handle, -1);
+  return handle < 0 || host().close(handle, reason);
+}
+
+bool remove(Connection& connection, std::error_code& reason) {
+  abandon(connection);
+  if (is_protected(connection.facts)) {
+    reason = reason_of(std::errc::operation_not_permitted);
+    return false;
+  }
+  return host().remove(connection.path, reason);
 }
 
 }  // namespace
@@ -187,28 +248,68 @@ Connection& connected(int unit, std::string_view operation) {
   return *connection;
 }
 
-void open(int unit, std::string_view path, OpenStatus status) {
-  std::error_code reason;
-  if (!connect_unit(unit, path, status, reason)) {
-    const std::string shown = status == OpenStatus::old ? path_of_existing(path) : path_for_output(path);
-    stop_on_io_error("Öffnen"_w1252, shown, reason);
-  }
+bool try_open(int unit, std::string_view path, OpenStatus status, std::error_code& reason) {
+  reason.clear();
+  if (unit < 0 || unit > highest_unit) reason = reason_of(std::errc::argument_out_of_domain);
+  if (is_connected(unit)) reason = reason_of(std::errc::device_or_resource_busy);
+  if (reason) return false;
+  auto connection = std::make_unique<Connection>();
+  connection->output.line_end = host().line_end();
+  connection->path = path_for(path, status);
+  if (!connect(*connection, status, reason)) return false;
+  const auto place = static_cast<std::size_t>(unit);
+  if (place >= connections.size()) connections.resize(place + 1);
+  connections[place] = std::move(connection);
+  return true;
 }
 
 bool try_open(int unit, std::string_view path, OpenStatus status) {
-  std::error_code reason;
-  return connect_unit(unit, path, status, reason);
+  std::error_code ignored;
+  return try_open(unit, path, status, ignored);
 }
 
-void close(int unit, CloseStatus status) {
-  const std::optional<CloseFault> fault = disconnect(unit, status);
-  if (!fault) return;
-  const bool removal = status == CloseStatus::remove;
-  stop_on_io_error(removal ? "Löschen"_w1252 : "Schließen"_w1252, fault->path, fault->reason);
+void open(int unit, std::string_view path, OpenStatus status) {
+  std::error_code reason;
+  if (!try_open(unit, path, status, reason)) stop_on_io_error("Öffnen"_w1252, path_for(path, status), reason);
+}
+
+void protect(std::string_view path) {
+  const FileFacts facts = host().look(path_of_existing(path));
+  if (facts.kind == FileKind::file) protected_files.push_back(facts);
+}
+
+void lock(std::string_view path) {
+  const std::string locked = path_of_existing(path);
+  std::error_code reason;
+  if (host().look(locked).kind != FileKind::file) return;
+  release_lock();
+  locked_handle = host().open(locked, Access::read, reason);
+  if (locked_handle >= 0 && !host().lock(locked_handle, reason)) stop_on_io_error("Sperren", locked, reason);
+}
+
+void complete(int unit) {
+  Connection& connection = connected(unit, "Schreiben");
+  std::error_code reason;
+  if (!complete(connection, reason)) stop_on_io_error("Schreiben", connection.path, reason);
+}
+
+bool try_close(int unit, CloseStatus status, std::error_code& reason) {
+  if (connection_of(unit) == nullptr || connection_of(unit)->console) return true;
+  const std::unique_ptr<Connection> connection = std::move(connections[static_cast<std::size_t>(unit)]);
+  return status == CloseStatus::remove ? remove(*connection, reason) : complete(*connection, reason);
 }
 
 bool try_close(int unit, CloseStatus status) {
-  return !disconnect(unit, status);
+  std::error_code ignored;
+  return try_close(unit, status, ignored);
+}
+
+void close(int unit, CloseStatus status) {
+  const std::string path = connected_path(unit).value_or("");
+  std::error_code reason;
+  if (try_close(unit, status, reason)) return;
+  const bool removal = status == CloseStatus::remove;
+  stop_on_io_error(removal ? "Löschen"_w1252 : "Schließen"_w1252, path, reason);
 }
 
 void close_all() {
@@ -216,11 +317,23 @@ void close_all() {
     if (connection == nullptr) continue;
     std::error_code reason;
     if (connection->console) {
-      hand_over(*connection, reason);
+      hand_over_or_tell(*connection);
       continue;
     }
-    if (!complete(*connection, reason)) report_io_error("Schreiben", connection->path, reason);
+    if (connection->successor) {
+      abandon(*connection);
+    } else if (!complete(*connection, reason)) {
+      report_io_error("Schreiben", connection->path, reason);
+    }
     connection.reset();
+  }
+  protected_files.clear();
+  release_lock();
+}
+
+void hand_over_files() {
+  for (const std::unique_ptr<Connection>& connection : connections) {
+    if (connection != nullptr && !connection->console) hand_over_or_tell(*connection);
   }
 }
 
@@ -235,25 +348,19 @@ std::optional<std::string> connected_path(int unit) {
 }
 
 std::optional<int> unit_of(std::string_view path) {
-  std::error_code reason;
-  const int handle = host().open(path_of_existing(path), Access::read, reason);
-  if (handle < 0) return std::nullopt;
-  FileFacts facts;
-  const bool known = host().facts(handle, facts, reason);
-  host().close(handle, reason);
-  return known ? holder_of(facts) : std::nullopt;
+  return holder_of(host().look(path_of_existing(path)));
 }
 
 bool file_exists(std::string_view path) {
-  return host().kind_of(path_of_existing(path)) != FileKind::none;
+  return host().look(path_of_existing(path)).kind != FileKind::none;
 }
 
 bool is_regular_output(std::string_view path) {
-  return host().kind_of(path_for_output(path)) == FileKind::file;
+  return host().look(path_for_output(path)).kind == FileKind::file;
 }
 
 bool is_folder(std::string_view path) {
-  return host().kind_of(path_of_existing(path)) == FileKind::folder;
+  return host().look(path_of_existing(path)).kind == FileKind::folder;
 }
 
 }  // namespace runtime

@@ -1,6 +1,7 @@
 #include "runtime/write.h"
 
 #include <system_error>
+#include <utility>
 
 #include "runtime/connection.h"
 #include "runtime/host.h"
@@ -8,13 +9,6 @@
 
 namespace runtime {
 namespace {
-
-void hand_over_or_stop(Connection& connection) {
-  std::error_code reason;
-  if (!hand_over(connection, reason) && !connection.console) {
-    stop_on_io_error("Schreiben", connection.path, reason);
-  }
-}
 
 // What follows the current record in the file is gone with the first write.
 void begin_writing(Connection& connection) {
@@ -61,6 +55,13 @@ bool hand_over(Connection& connection, std::error_code& reason) {
   return true;
 }
 
+void hand_over_or_tell(Connection& connection) {
+  std::error_code reason;
+  if (hand_over(connection, reason)) return;
+  if (!connection.console) stop_on_io_error("Schreiben", connection.path, reason);
+  if (!std::exchange(connection.loss_told, true)) report_io_error("Schreiben", "Standardausgabe", reason);
+}
+
 void end_open_record(Connection& connection) {
   RecordOutput& output = connection.output;
   if (output.inside_record && !connection.console) output.pending += output.line_end;
@@ -70,7 +71,7 @@ void end_open_record(Connection& connection) {
 void end_writing(Connection& connection) {
   if (!connection.writing) return;
   end_open_record(connection);
-  hand_over_or_stop(connection);
+  hand_over_or_tell(connection);
   connection.writing = false;
 }
 
@@ -81,7 +82,7 @@ RecordOutput& output_of(int unit) {
 }
 
 void hand_over_full(int unit) {
-  hand_over_or_stop(connected(unit, "Schreiben"));
+  hand_over_or_tell(connected(unit, "Schreiben"));
 }
 
 }  // namespace detail
@@ -91,14 +92,14 @@ void write(int unit, const Format& format, std::span<const Value> values) {
   RecordOutput& output = connection.output;
   char* const place = output.record(most_bytes(format, values, output.line_end));
   output.end_record(put_formatted(place, format, values, output.line_end));
-  if (output.full()) hand_over_or_stop(connection);
+  if (output.full()) hand_over_or_tell(connection);
 }
 
 void write_text(int unit, std::string_view text) {
   Connection& connection = writable(unit);
   connection.output.pending += text;
   connection.output.inside_record = true;
-  if (connection.output.full()) hand_over_or_stop(connection);
+  if (connection.output.full()) hand_over_or_tell(connection);
 }
 
 void end_file(int unit) {
@@ -106,7 +107,9 @@ void end_file(int unit) {
 }
 
 void flush(int unit) {
-  hand_over_or_stop(connected(unit, "Schreiben"));
+  Connection& connection = connected(unit, "Schreiben");
+  if (connection.console) hand_over_files();
+  hand_over_or_tell(connection);
 }
 
 }  // namespace runtime

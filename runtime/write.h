@@ -23,8 +23,9 @@ void write(int unit, const Format& format, std::span<const Value> values);
 void write_text(int unit, std::string_view text);
 /// Ends the file behind the current record: what followed it is gone, as after a write.
 void end_file(int unit);
-/// Hands everything written so far to the host. On standard output faults are passed over: a front-end that
-/// goes away does not end the run.
+/// Hands everything written so far to the host. On standard output all other units are handed over first, so
+/// that a front-end finds what it is told of; when it goes away itself, that is told once on standard error
+/// and does not end the run.
 void flush(int unit);
 
 namespace detail {

@@ -20,7 +20,7 @@ class ForwardingHost : public runtime::Host {
 
   [[nodiscard]] char separator() const override { return below_.separator(); }
   [[nodiscard]] const char* line_end() const override { return below_.line_end(); }
-  runtime::FileKind kind_of(const std::string& path) override { return below_.kind_of(path); }
+  runtime::FileFacts look(const std::string& path) override { return below_.look(path); }
   int open(const std::string& path, runtime::Access access, std::error_code& reason) override {
     return below_.open(path, access, reason);
   }
@@ -43,6 +43,15 @@ class ForwardingHost : public runtime::Host {
   bool remove(const std::string& path, std::error_code& reason) override {
     return below_.remove(path, reason);
   }
+  runtime::Successor create_successor(const std::string& path, std::error_code& reason) override {
+    return below_.create_successor(path, reason);
+  }
+  bool succeed(const runtime::Successor& successor, const std::string& path,
+               std::error_code& reason) override {
+    return below_.succeed(successor, path, reason);
+  }
+  void discard(const runtime::Successor& successor) override { below_.discard(successor); }
+  bool lock(int handle, std::error_code& reason) override { return below_.lock(handle, reason); }
   void run_command(const std::string& command_line) override { below_.run_command(command_line); }
   std::int64_t clock_ticks() override { return below_.clock_ticks(); }
   std::int64_t ticks_per_second() override { return below_.ticks_per_second(); }

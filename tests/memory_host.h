@@ -25,8 +25,9 @@ class MemoryHost final : public ForwardingHost {
 
   [[nodiscard]] char separator() const override { return '/'; }
   [[nodiscard]] const char* line_end() const override { return "\n"; }
-  runtime::FileKind kind_of(const std::string& path) override {
-    return files_.contains(path) ? runtime::FileKind::file : runtime::FileKind::none;
+  runtime::FileFacts look(const std::string& path) override {
+    const auto file = files_.find(path);
+    return file == files_.end() ? runtime::FileFacts{} : facts_of(file->second);
   }
   int open(const std::string& path, runtime::Access access, std::error_code& reason) override {
     if (access != runtime::Access::create && !files_.contains(path)) {
@@ -39,8 +40,7 @@ class MemoryHost final : public ForwardingHost {
     return handle;
   }
   bool facts(int handle, runtime::FileFacts& facts, std::error_code& /*reason*/) override {
-    const File& file = file_of(handle);
-    facts = {.kind = runtime::FileKind::file, .size = file.bytes.size(), .volume = 1, .number = file.number};
+    facts = facts_of(file_of(handle));
     return true;
   }
   std::ptrdiff_t read(int handle, char* bytes, std::size_t count, std::error_code& /*reason*/) override {
@@ -76,6 +76,21 @@ class MemoryHost final : public ForwardingHost {
   bool remove(const std::string& path, std::error_code& /*reason*/) override {
     return files_.erase(path) == 1;
   }
+  runtime::Successor create_successor(const std::string& path, std::error_code& reason) override {
+    const std::string own = path + ".neu";
+    return {.handle = open(own, runtime::Access::create, reason), .path = own};
+  }
+  bool succeed(const runtime::Successor& successor, const std::string& path,
+               std::error_code& /*reason*/) override {
+    files_[path] = files_[successor.path];
+    discard(successor);
+    return true;
+  }
+  void discard(const runtime::Successor& successor) override {
+    handles_.erase(successor.handle);
+    files_.erase(successor.path);
+  }
+  bool lock(int /*handle*/, std::error_code& /*reason*/) override { return true; }
   void run_command(const std::string& /*command_line*/) override {}
   std::int64_t clock_ticks() override { return 0; }
   std::int64_t ticks_per_second() override { return 1; }
@@ -90,6 +105,9 @@ class MemoryHost final : public ForwardingHost {
     std::size_t place = 0;
   };
 
+  static runtime::FileFacts facts_of(const File& file) {
+    return {.kind = runtime::FileKind::file, .size = file.bytes.size(), .volume = 1, .number = file.number};
+  }
   // The file under a path; a new one is made.
   File& file_at(const std::string& path) {
     File& file = files_[path];

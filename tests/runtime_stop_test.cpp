@@ -131,7 +131,7 @@ TEST_F(StopDeathTest, StandardOutputIsHandedOver) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "\x01key\x02value\x03");
 }
 
-TEST_F(StopDeathTest, AClosedStandardOutputIsPassedOver) {
+TEST_F(StopDeathTest, AClosedStandardOutputIsTold) {
   EXPECT_STOP(
       {
         write_two_files();
@@ -140,7 +140,7 @@ TEST_F(StopDeathTest, AClosedStandardOutputIsPassedOver) {
         runtime::flush(6);
         runtime::stop();
       },
-      "");
+      "E/A-Fehler beim Schreiben von \"Standardausgabe\": Bad file descriptor\n");
   expect_two_files();
 }
 
@@ -152,14 +152,13 @@ void write_to_nobody() {
   dup2(ends[1], STDOUT_FILENO);
 }
 
-// What `prepare_process` promises, in a process of its own.
-TEST_F(StopDeathTest, PreparedProcessKeepsStandardStreamsFromFiles) {
+// In a process of its own.
+TEST_F(StopDeathTest, FilesDoNotTakeTheNumbersOfStandardStreams) {
   EXPECT_STOP(
       {
         close(STDIN_FILENO);
         close(STDOUT_FILENO);
         close(STDERR_FILENO);
-        runtime::prepare_process();
         write_two_files();
         runtime::write_text(6, "no foreign bytes");
         runtime::flush(6);
@@ -179,7 +178,7 @@ TEST_F(StopDeathTest, PreparedProcessOutlivesAReaderThatGoesAway) {
         runtime::flush(6);
         runtime::stop();
       },
-      "");
+      "E/A-Fehler beim Schreiben von \"Standardausgabe\": Broken pipe\n");
   expect_two_files();
 }
 

@@ -11,7 +11,20 @@
 #include "tests/forwarding_host.h"
 
 /// The calls of a host that a test can make fail.
-enum class HostCall : std::uint8_t { open, facts, read, write, seek, truncate, close, remove };
+enum class HostCall : std::uint8_t {
+  open,
+  facts,
+  read,
+  write,
+  seek,
+  truncate,
+  close,
+  remove,
+  create_successor,
+  succeed,
+  lock
+};
+inline constexpr std::size_t host_calls = static_cast<std::size_t>(HostCall::lock) + 1;
 
 /// Makes chosen calls fail. Calls are counted by kind, over all files, from 1. Writes to the standard streams
 /// are neither counted nor made to fail.
@@ -57,6 +70,20 @@ class TestHost final : public ForwardingHost {
   bool remove(const std::string& path, std::error_code& reason) override {
     return !fails(HostCall::remove, reason) && ForwardingHost::remove(path, reason);
   }
+  runtime::Successor create_successor(const std::string& path, std::error_code& reason) override {
+    if (fails(HostCall::create_successor, reason)) return {};
+    return ForwardingHost::create_successor(path, reason);
+  }
+  // A new file that cannot take its place is gone.
+  bool succeed(const runtime::Successor& successor, const std::string& path,
+               std::error_code& reason) override {
+    if (!fails(HostCall::succeed, reason)) return ForwardingHost::succeed(successor, path, reason);
+    discard(successor);
+    return false;
+  }
+  bool lock(int handle, std::error_code& reason) override {
+    return !fails(HostCall::lock, reason) && ForwardingHost::lock(handle, reason);
+  }
 
  private:
   struct Fault {
@@ -75,6 +102,6 @@ class TestHost final : public ForwardingHost {
     return true;
   }
 
-  std::array<Fault, 8> faults_{};
+  std::array<Fault, host_calls> faults_{};
   std::size_t most_bytes_ = std::numeric_limits<std::size_t>::max();
 };
