@@ -35,7 +35,7 @@ Element first_of_type(const Context& context, char type) {
 
 std::string users_words(std::uint32_t users, FileId file) {
   const char type = variant::type_of_file(file);
-  return users == 1 ? fmt::format("ein Element {}", type) : fmt::format("{} Elemente {}", users, type);
+  return users == 1 ? fmt::format("ein {}-Element", type) : fmt::format("{} {}-Elemente", users, type);
 }
 
 void check_missing_files(const Context& context, Sink& sink) {
@@ -225,7 +225,7 @@ void check_foreign_records(const Context& context, Sink& sink) {
       const std::string_view line = context.variant.file(id).line(record.line).substr(0, columns::line_width);
       if (is_station_line(context, id, record.line) || !has_number_behind(line, columns::name.last)) continue;
       sink.add({id, record.line, columns::name.first, columns::name.width()},
-               fmt::format("{} gehört nicht in diese Datei; KV_Akum liest hier nur Elemente {}",
+               fmt::format("{} gehört nicht in diese Datei; KV_Akum liest hier nur {}-Elemente",
                            name_of(context, record.element), variant::type_of_file(id)));
     }
   }

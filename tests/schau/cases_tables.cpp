@@ -141,7 +141,7 @@ std::vector<RuleCase> unit_cases() {
          bed.put(FileId::nfl, 5, 11, "99000");
        },
        {"nfl:5:11+5"},
-       "N0053 hat 99000 km² (Einheit qkm)",
+       "N0053 hat 99000 km² (Einheit qkm), die meisten Flächen dieser Datei um 10 km²",
        "stimmt die Einheit?",
        [](Bed& bed) {
          add_areas(bed);
@@ -164,7 +164,7 @@ std::vector<RuleCase> table_cases() {
        "the canalised areas",
        [](Bed& bed) { bed.remove(FileId::kfl); },
        {"sys:4:36+5"},
-       "Die Datei netz.kfl fehlt; das System hat ein Element K",
+       "Die Datei netz.kfl fehlt; das System hat ein K-Element",
        "",
        [](Bed& bed) {
          bed.remove(FileId::ver);
@@ -247,7 +247,7 @@ std::vector<RuleCase> table_cases() {
        "an area among the reaches",
        [](Bed& bed) { bed.insert(FileId::trs, 4, "   N0010     12"); },
        {"trs:4:4+5"},
-       "liest hier nur Elemente T",
+       "liest hier nur T-Elemente",
        "",
        [](Bed& bed) { bed.line(FileId::trs, 3) = "   N0010    18.2"; }},
       {"zeile-doppelt",
