@@ -22,8 +22,8 @@ std::vector<Command> commands() {
   return list;
 }
 
-void add_variants(CLI::App& parser, std::vector<std::string>& variants) {
-  parser
+CLI::Option* add_variants(CLI::App& parser, std::vector<std::string>& variants) {
+  return parser
       .add_option("VARIANTE", variants,
                   "Pfad der Systemdatei, mit oder ohne \".sys\"; es können mehrere angegeben werden")
       ->required()

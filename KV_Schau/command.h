@@ -30,7 +30,7 @@ class Registration {
 std::vector<Command> commands();
 
 /// Adds the list of variants: at least one.
-void add_variants(CLI::App& parser, std::vector<std::string>& variants);
+CLI::Option* add_variants(CLI::App& parser, std::vector<std::string>& variants);
 
 /// A wrong use that shows only while a command runs; ends the program with a German line on standard error
 /// and `ExitStatus::usage`.

@@ -112,7 +112,7 @@ ExitStatus run_command(const CLI::App& parser) {
 ExitStatus show_help(CLI::App& parser) {
   const std::vector<CLI::App*> chosen = parser.get_subcommands();
   const CLI::App& asked = chosen.empty() ? parser : *chosen.front();
-  const std::string help = asked.help(chosen.empty() ? "" : "KV_Schau " + asked.get_name());
+  const std::string help = asked.help(chosen.empty() ? "" : "KV_Schau");
   write_out(help.ends_with('\n') ? help : help + "\n");
   return ExitStatus::clean;
 }

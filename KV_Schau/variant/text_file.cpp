@@ -94,13 +94,28 @@ void TextFile::cut_lines() {
   const bool has_cr = size_ > 0 && std::memchr(begin, '\r', size_) != nullptr;
   const auto is_end = [](char byte) { return byte == '\n' || byte == '\r'; };
   for (const char* place = begin; place != end;) {
-    const void* const lf = has_cr ? std::find_if(place, end, is_end)
-                                  : std::memchr(place, '\n', static_cast<std::size_t>(end - place));
+    const auto left = static_cast<std::size_t>(end - place);
+    const void* const lf = has_cr ? std::find_if(place, end, is_end) : std::memchr(place, '\n', left);
     const char* const line_end = lf == nullptr ? end : static_cast<const char*>(lf);
     place = line_end == end ? end : line_end + 1;
     if (line_end != end && *line_end == '\r' && place != end && *place == '\n') ++place;
     line_begins_.push_back(static_cast<std::size_t>(place - begin));
   }
+  count_line_ends(has_cr);
+}
+
+void TextFile::count_line_ends(bool has_cr) {
+  const auto count = [this](LineEnd end) -> std::uint32_t& {
+    return end_counts_[static_cast<std::size_t>(end)];
+  };
+  if (line_count() == 0) return;
+  if (!has_cr) {
+    const bool last_is_open = line_end(line_count()) == LineEnd::none;
+    count(LineEnd::none) = last_is_open ? 1 : 0;
+    count(LineEnd::lf) = line_count() - count(LineEnd::none);
+    return;
+  }
+  for (std::uint32_t number = 1; number <= line_count(); ++number) ++count(line_end(number));
 }
 
 LineEnd TextFile::line_end(std::uint32_t number) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -52,6 +53,10 @@ class TextFile {
   /// Without its line end. `number` is 1 .. `line_count()`.
   [[nodiscard]] std::string_view line(std::uint32_t number) const;
   [[nodiscard]] LineEnd line_end(std::uint32_t number) const;
+  /// The number of lines with that end.
+  [[nodiscard]] std::uint32_t count_of(LineEnd end) const {
+    return end_counts_[static_cast<std::size_t>(end)];
+  }
   /// The column, counted in characters as an editor does, of the byte in a column of KV_Akum's: the two
   /// differ in a file in UTF-8. A byte-order mark is no character. A column behind the line counts on.
   [[nodiscard]] std::size_t character_column(std::uint32_t number, std::size_t byte_column) const;
@@ -59,12 +64,14 @@ class TextFile {
  private:
   void take_stock();
   void cut_lines();
+  void count_line_ends(bool has_cr);
 
   std::string shown_;
   std::string fault_;
   std::unique_ptr<char[]> bytes_;
   std::size_t size_ = 0;
-  std::vector<std::size_t> line_begins_{0};  // and the end of the file
+  std::vector<std::size_t> line_begins_{0};    // and the end of the file
+  std::array<std::uint32_t, 4> end_counts_{};  // by `LineEnd`
   FileState state_ = FileState::missing;
   Encoding encoding_ = Encoding::windows_1252;
   bool has_high_bytes_ = false;

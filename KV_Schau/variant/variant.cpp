@@ -87,12 +87,17 @@ void find_elements(Variant& variant) {
 
 void find_data_lines(Variant& variant, FileId id) {
   const TextFile& file = variant.file(id);
-  std::vector<DataLine>& found = variant.data_lines[static_cast<std::size_t>(id) - 1];
+  std::vector<DataLine>& records = variant.data_lines[static_cast<std::size_t>(id) - 1];
+  std::vector<std::uint32_t>& others = variant.other_lines[static_cast<std::size_t>(id) - 1];
   for (std::uint32_t number = 1; number <= file.line_count(); ++number) {
-    const NameKey name = name_at(file.line(number), data_columns::name.first);
-    if (name == blank_name) continue;
-    const std::uint32_t element = variant.elements.first(name);
-    if (element != 0) found.push_back({number, element});
+    const std::string_view line = file.line(number);
+    const NameKey name = name_at(line, data_columns::name.first);
+    const std::uint32_t element = name == blank_name ? 0 : variant.elements.first(name);
+    if (element != 0) {
+      records.push_back({number, element});
+    } else if (!is_blank(line)) {
+      others.push_back(number);
+    }
   }
 }
 

@@ -112,6 +112,8 @@ struct Variant {
 
   /// By data file (in the order of `data_files`), in file order.
   std::array<std::vector<DataLine>, 4> data_lines;
+  /// The other lines of the data files that are not blank: headings, unit lines, stations, misspelt records.
+  std::array<std::vector<std::uint32_t>, 4> other_lines;
 
   [[nodiscard]] const TextFile& file(FileId id) const { return files[static_cast<std::size_t>(id)]; }
   [[nodiscard]] std::uint32_t element_count() const { return static_cast<std::uint32_t>(names.size()) - 1; }
@@ -121,6 +123,9 @@ struct Variant {
   }
   [[nodiscard]] const std::vector<DataLine>& lines_of(FileId data_file) const {
     return data_lines[static_cast<std::size_t>(data_file) - 1];
+  }
+  [[nodiscard]] const std::vector<std::uint32_t>& other_lines_of(FileId data_file) const {
+    return other_lines[static_cast<std::size_t>(data_file) - 1];
   }
 };
 
