@@ -1,11 +1,10 @@
 #include "KV_Schau/run/run.h"
 
-#include <algorithm>
-#include <fstream>
 #include <limits>
 #include <system_error>
 #include <utility>
 
+#include "KV_Schau/run/read_file.h"
 #include "KV_Schau/run/whole_file.h"
 #include "KV_Schau/run/work_folder.h"
 
@@ -75,27 +74,15 @@ void run_program(Run& run, const variant::Variant& variant, const RunOptions& op
   if (run.ending.kind != Ending::Kind::stopped) run.stop = watch.look_at_sizes();
 }
 
-// The bytes of a file that the run has written; nothing when it has written none.
-std::optional<std::string> bytes_of(const fs::path& path, std::uintmax_t most) {
-  if (!is_file(path)) return std::nullopt;
-  std::error_code fault;
-  const std::uintmax_t size = fs::file_size(path, fault);
-  std::string bytes(fault ? 0 : std::min(size, most), '\0');
-  std::ifstream file(path, std::ios::binary);
-  file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  if (fault || !file) throw FileFault(path.filename().string() + " kann nicht gelesen werden");
-  return bytes;
-}
-
 void read_files(Run& run, const WorkFolder& folder) {
   const bool whole = run.stop != Stop::protocol_too_large;
   const std::uintmax_t most = whole ? std::numeric_limits<std::uintmax_t>::max() : most_kept_bytes;
-  if (const auto bytes = bytes_of(folder.file(".pkl"), most)) {
-    Protocol protocol = parse_protocol(*bytes);
+  if (is_file(folder.file(".pkl"))) {
+    Protocol protocol = parse_protocol(read_file(folder.file(".pkl"), most));
     // A variant of the listing's name has its listing there.
     if (protocol.has_header || folder.file(".pkl") != folder.listing()) run.protocol = std::move(protocol);
   }
-  if (const auto bytes = bytes_of(folder.file(".Akum"), most)) run.table = parse_table(*bytes);
+  if (is_file(folder.file(".Akum"))) run.table = parse_table(read_file(folder.file(".Akum"), most));
 }
 
 }  // namespace

@@ -24,29 +24,24 @@ std::string shown_piece(std::string_view bytes, std::string_view name) {
   return text + variant::shown(bytes, variant::Encoding::windows_1252);
 }
 
-std::string shown_lines(std::string_view bytes, std::string_view name, std::string_view between) {
-  bytes = bytes.substr(0, bytes.find_last_not_of("\r\n") + 1);
-  std::string text;
-  while (!bytes.empty()) {
-    const std::size_t end = std::min(bytes.find('\n'), bytes.size());
-    std::string_view line = bytes.substr(0, end);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    bytes.remove_prefix(std::min(end + 1, bytes.size()));
-    if (line.empty() && between != "\n") continue;
-    text += shown_piece(line, name);
-    if (!bytes.empty()) text += between;
-  }
-  return text;
-}
-
 }  // namespace
 
-std::string shown_output(std::string_view bytes, std::string_view variant_name) {
-  return shown_lines(bytes, variant_name, "\n");
+std::vector<std::string> shown_lines(std::string_view bytes, std::string_view variant_name) {
+  std::vector<std::string> lines;
+  while (!bytes.empty()) {
+    std::string_view line = bytes.substr(0, bytes.find('\n'));
+    bytes.remove_prefix(std::min(line.size() + 1, bytes.size()));
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (!line.empty()) lines.push_back(shown_piece(line, variant_name));
+  }
+  return lines;
 }
 
 std::string shown_line(std::string_view bytes, std::string_view variant_name) {
-  return shown_lines(bytes, variant_name, " ");
+  std::string text;
+  for (const std::string& line : shown_lines(bytes, variant_name))
+    text.append(text.empty() ? "" : " ").append(line);
+  return text;
 }
 
 }  // namespace schau::run

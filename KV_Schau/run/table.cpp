@@ -170,10 +170,10 @@ std::string text_of(TableFault fault, std::size_t line) {
   return fmt::format("Zeile {} des Ergebnisses nennt einen Zulauf, der zu keiner Strecke gehört", line);
 }
 
-std::string text_of(const Number& number) {
+std::string text_of(const Number& number, std::size_t columns) {
   switch (number.kind) {
     case Number::Kind::too_wide:
-      return "**********";
+      return std::string(columns, '*');
     case Number::Kind::not_a_number:
       return "NaN";
     case Number::Kind::number:

@@ -82,8 +82,8 @@ Table parse_table(std::string_view bytes);
 /// A fault as a German sentence without full stop.
 std::string text_of(TableFault fault, std::size_t line);
 
-/// A number with three decimals as the table prints it, without the blanks before it; asterisks in the width
-/// of an area (10) for one that was too wide.
-std::string text_of(const Number& number);
+/// A number with three decimals as the table prints it, without the blanks before it; for one that was too
+/// wide as many asterisks as its columns are.
+std::string text_of(const Number& number, std::size_t columns = 10);
 
 }  // namespace schau::run
