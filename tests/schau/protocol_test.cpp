@@ -167,6 +167,7 @@ void expect_message(const Message& message, const Call& call) {
   EXPECT_EQ(message.code, call.entry->code);
   EXPECT_EQ(message.level, expected_level(call.entry->level));
   EXPECT_EQ(values_of(message), expected_values(call));
+  EXPECT_THAT(message.arguments, SizeIs(expected_values(call).size()));
   EXPECT_TRUE(message.complete);
 }
 
