@@ -43,8 +43,7 @@ void add_options(CLI::App& parser) {
       .add_option("--ohne", options.without,
                   "eine Regel abschalten, bei Bedarf mehrmals; die Namen nennt --regeln")
       ->type_name("REGEL")
-      ->expected(1)
-      ->take_all();
+      ->allow_extra_args(false);
   parser
       .add_option("--hoechstens", options.most_per_rule, "von jeder Regel höchstens so viele Befunde zeigen")
       ->type_name("ZAHL");

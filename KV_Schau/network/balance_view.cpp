@@ -21,8 +21,10 @@ Areas difference(const Areas& left, const Areas& right) {
 }
 
 // A difference of rounding is none, and has no sign.
-double without_rounding(double value) {
-  return std::abs(value) < 1e-9 ? 0.0 : value;
+std::string number_words(double value) {
+  if (std::isnan(value)) return "unbestimmt";
+  if (std::isinf(value)) return value > 0 ? "unendlich" : "-unendlich";
+  return fmt::format("{:.3f}", std::abs(value) < 1e-9 ? 0.0 : value);
 }
 
 std::string element_name(const Variant& variant, Element element) {
@@ -30,9 +32,9 @@ std::string element_name(const Variant& variant, Element element) {
 }
 
 void append_row(std::string& out, std::string_view label, const Areas& areas) {
-  fmt::format_to(std::back_inserter(out), "  {:<24}{:>14.3f}{:>14.3f}{:>14.3f}{:>14.3f}\n", label,
-                 without_rounding(areas.natural), without_rounding(areas.canalised),
-                 without_rounding(areas.impervious), without_rounding(areas.all()));
+  fmt::format_to(std::back_inserter(out), "  {:<24}{:>14}{:>14}{:>14}{:>14}\n", label,
+                 number_words(areas.natural), number_words(areas.canalised), number_words(areas.impervious),
+                 number_words(areas.all()));
 }
 
 std::vector<Loss> largest(std::vector<Loss> losses, std::size_t most) {
@@ -89,7 +91,8 @@ std::string text_of(const Variant& variant, const Network& network, const Balanc
                    variant.element_lines[loss.element], words_for(loss.reason));
   }
   const std::size_t others = balance.losses.size() - shown_losses.size();
-  if (others > 0) append_row(out, fmt::format("  bei {} weiteren", others), rest);
+  if (others > 0)
+    append_row(out, others == 1 ? "  bei einem weiteren" : fmt::format("  bei {} weiteren", others), rest);
   append_without_record(out, variant, balance.without_record);
   return out;
 }

@@ -24,6 +24,14 @@ struct Network {
   /// By element (entry 0 is not used): the elements named in its fields; 0 for a blank or unknown name.
   std::vector<std::array<Element, 3>> inflow;
   std::vector<std::array<Element, 2>> outflow;
+  /// By element: which of its fields are not blank.
+  struct Given {
+    std::array<bool, 3> inflow{};
+    std::array<bool, 2> outflow{};
+    bool tag3 = false;
+    bool tag7 = false;
+  };
+  std::vector<Given> given;
   /// In system order; the end marker of the last element is no name.
   std::vector<UnknownLink> unknown_links;
 

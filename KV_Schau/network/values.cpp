@@ -22,9 +22,15 @@ std::string_view record(const Variant& variant, const Records& records, FileId f
   return variant.file(file).line(records.line[i]).substr(0, columns::line_width);
 }
 
+// What the run reports as a bad number counts as 0.
+double take_area_field(std::string_view field) {
+  const variant::ReadNumber number = variant::read_area_field(field);
+  return number.state == variant::ReadNumber::State::good ? number.value : 0.0;
+}
+
 Taken take_area(std::string_view line, variant::AreaUnit unit) {
-  const variant::ReadNumber area = variant::read_area_field(columns::area.of(line));
-  return {area.value * variant::factor_of(unit), variant::read_area_field(columns::sealing.of(line)).value};
+  return {take_area_field(columns::area.of(line)) * variant::factor_of(unit),
+          take_area_field(columns::sealing.of(line))};
 }
 
 // Halves go away from zero; the code is a 32-bit number.

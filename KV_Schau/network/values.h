@@ -14,7 +14,8 @@ struct Taken {
   double fraction = 0.0;  ///< N, K: degree of sealing; V: share of the first outflow
 };
 
-/// By element (entry 0 is not used). A bad number counts as 0, one beyond the range is infinite.
+/// By element (entry 0 is not used). A bad number counts as 0; a share or station beyond the range
+/// is infinite.
 std::vector<Taken> take_values(const variant::Variant& variant, const variant::Records& records);
 
 /// True when the line of a reach makes it one of kind 2, with its station in the next line.

@@ -3,10 +3,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 
 #include "KV_Schau/network/order.h"
 #include "KV_Schau/rules/unseen.h"
 #include "KV_Schau/variant/shown_text.h"
+#include "m_System/element_types.h"
 
 namespace schau::rules {
 
@@ -27,6 +29,28 @@ bool is_high(char character) {
   return static_cast<unsigned char>(character) >= 0x80;
 }
 
+// An inflow stands above, names the element as an outflow, and is named once.
+bool has_regular_inflow(const Context& context, Element i, std::size_t k) {
+  const auto& inflow = context.network.inflow[i];
+  const Element j = inflow[k];
+  if (!context.network.given[i].inflow[k]) return true;
+  const bool repeated = (k > 0 && inflow[0] == j) || (k > 1 && inflow[1] == j);
+  return j != 0 && j < i && !repeated && context.network.names_outflow(j, i);
+}
+
+// No branching or basin, and nothing is missing, too much, out of order or named by one end alone.
+bool is_regular(const Context& context, Element i) {
+  const m_System::ElementType& type = m_System::type_of(context.variant.type(i));
+  const network::Network::Given& given = context.network.given[i];
+  if (type.is_structure() || !given.outflow[0] || given.outflow[1]) return false;
+  const Element below = context.network.outflow[i][0];
+  const bool drains_down = below > i && context.network.names_inflow(below, i);
+  if (!drains_down && i != context.network.outlet()) return false;
+  if (type.is_source()) return !given.inflow[0] && !given.inflow[1] && !given.inflow[2];
+  return given.inflow[0] && has_regular_inflow(context, i, 0) && has_regular_inflow(context, i, 1) &&
+         has_regular_inflow(context, i, 2);
+}
+
 bool may_hold_unseen(const variant::TextFile& file) {
   return file.has_control_bytes() ||
          (file.has_high_bytes() && file.bytes().find('\xA0') != std::string_view::npos);
@@ -43,8 +67,34 @@ Context::Context(const variant::Variant& checked)
       flow(network::accumulate(checked, network, order, records, taken)),
       fields(noteworthy_fields(checked)),
       near_elements(find_near_elements(checked, names_without_element(checked, network))) {
+  gather_elements();
+  gather_records();
+  gather_lines();
+}
+
+void Context::gather_elements() {
+  for (Element i = 1; i <= network.count(); ++i) {
+    if (!is_regular(*this, i)) noteworthy.push_back(i);
+  }
+}
+
+void Context::gather_records() {
+  for (Element i = 1; i <= network.count(); ++i) {
+    const char type = variant.type(i);
+    ++type_counts[static_cast<unsigned char>(type)];
+    const std::optional<FileId> file = variant::data_file_of(type);
+    if (!file || !is_readable(*this, *file)) continue;
+    if (records.line[i] == 0) {
+      without_record.push_back(i);
+    } else if (type == 'T' && network::is_kind_2(variant.file(FileId::trs).line(records.line[i]))) {
+      kind_2_reaches.push_back(i);
+    }
+  }
+}
+
+void Context::gather_lines() {
   for (const FileId id : input_files) {
-    const variant::TextFile& file = checked.file(id);
+    const variant::TextFile& file = variant.file(id);
     const auto position = static_cast<std::size_t>(id);
     if (file.has_high_bytes()) high_lines[position] = lines_with(file, is_high);
     if (may_hold_unseen(file)) unseen_lines[position] = lines_with(file, is_unseen);
@@ -80,7 +130,7 @@ std::string line_words(const Context& context, FileId file, std::uint32_t line) 
 }
 
 std::string number_words(double number) {
-  return fmt::format("{:g}", number);
+  return fmt::format("{:.10g}", number);
 }
 
 std::string area_words(double area) {
@@ -92,11 +142,12 @@ bool is_readable(const Context& context, FileId file) {
   return text.was_read() && text.encoding() != variant::Encoding::utf_16;
 }
 
+std::uint32_t users_of(const Context& context, FileId data_file) {
+  return context.type_counts[static_cast<unsigned char>(variant::type_of_file(data_file))];
+}
+
 bool is_asked_for(const Context& context, FileId data_file) {
-  const char type = variant::type_of_file(data_file);
-  const auto& names = context.variant.names;
-  return std::any_of(names.begin() + 1, names.end(),
-                     [&](variant::NameKey name) { return variant::letter_of(name) == type; });
+  return users_of(context, data_file) > 0;
 }
 
 }  // namespace schau::rules

@@ -28,6 +28,16 @@ struct Context {
   std::vector<network::Taken> taken;
   network::Flow flow;
   std::vector<Field> fields;
+  /// The elements that a rule about fields or links has something to say about, in system order: all
+  /// branchings and basins, and whatever has not just the fields and links of its type, both ends named, in
+  /// order.
+  std::vector<Element> noteworthy;
+  /// The elements that have no record in a file that was read, in system order.
+  std::vector<Element> without_record;
+  /// The reaches whose record goes on in the next line, in system order.
+  std::vector<Element> kind_2_reaches;
+  /// The number of elements of each type, by its letter.
+  std::array<std::uint32_t, 256> type_counts{};
   NearElements near_elements;
   /// By input file: the lines with a byte above 127, and those with a control character or a non-breaking
   /// blank, in file order.
@@ -39,6 +49,10 @@ struct Context {
   [[nodiscard]] variant::NameKey meant_by(variant::NameKey name) const;
 
  private:
+  void gather_elements();
+  void gather_records();
+  void gather_lines();
+
   mutable std::unique_ptr<const variant::SimilarNames> similar_names_;
 };
 
@@ -66,6 +80,9 @@ inline constexpr std::array<variant::FileId, 5> input_files = {variant::FileId::
 
 /// True when a file was read and is not in UTF-16, in which nothing can be found.
 bool is_readable(const Context& context, variant::FileId file);
+
+/// The number of elements whose records a file holds.
+std::uint32_t users_of(const Context& context, variant::FileId data_file);
 
 /// True when the run reads a file: the system has elements of its type.
 bool is_asked_for(const Context& context, variant::FileId data_file);

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "KV_Schau/rules/rule.h"
+#include "KV_Schau/rules/unseen.h"
 
 namespace schau::rules {
 namespace {
@@ -113,11 +114,16 @@ void check_gaps(const Context& context, Sink& sink) {
   });
 }
 
+std::string_view words_for_unseen(char character) {
+  if (character == '\t') return "ein Tabulator";
+  return character == '\xA0' ? "ein geschütztes Leerzeichen" : "ein Steuerzeichen";
+}
+
 void check_others(const Context& context, Sink& sink) {
   for_each_cause(context, NearElementCause::unseen, [&](const NearElement& element, const std::string&) {
-    sink.add(place_of(element),
-             fmt::format("Ein Zeichen, das nicht als Leerzeichen zählt (Tabulator oder Ähnliches); {}",
-                         passed_over(context, element)));
+    const char character = context.variant.file(FileId::sys).line(element.line)[element.column - 1];
+    sink.add(place_of(element), fmt::format("Hier steht {} statt eines Leerzeichens; {}",
+                                            words_for_unseen(character), passed_over(context, element)));
   });
   for_each_cause(context, NearElementCause::other, [&](const NearElement& element, const std::string&) {
     sink.add(place_of(element), fmt::format("Die Zeile sieht aus wie ein Element, ist aber keines; {}",
@@ -127,8 +133,9 @@ void check_others(const Context& context, Sink& sink) {
 
 // Names that go on beside their five columns.
 
+// What nobody sees is no part of a name to a person.
 bool holds(std::string_view line, std::uint32_t column) {
-  return column >= 1 && column <= line.size() && line[column - 1] != ' ';
+  return column >= 1 && column <= line.size() && line[column - 1] != ' ' && !is_unseen(line[column - 1]);
 }
 
 // The columns of what stands in a field and touches it on either side; the field itself when nothing does.

@@ -20,6 +20,12 @@ std::string_view subject_words(FieldKind kind) {
   return words[static_cast<std::size_t>(kind)];
 }
 
+std::string_view in_its_columns(FieldKind kind) {
+  const bool is_masculine =
+      kind == FieldKind::sealing || kind == FieldKind::share || kind == FieldKind::first_value;
+  return is_masculine ? "in seinen Spalten" : "in ihren Spalten";
+}
+
 std::string quoted(const Context& context, const Field& field) {
   return fmt::format("\"{}\"", text_at(context, field.place()));
 }

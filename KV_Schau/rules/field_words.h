@@ -13,6 +13,9 @@ std::string_view in_words(FieldKind kind);
 /// "Die Fläche", "Der Anteil" ...
 std::string_view subject_words(FieldKind kind);
 
+/// "in ihren Spalten", "in seinen Spalten".
+std::string_view in_its_columns(FieldKind kind);
+
 /// The text of a field in quotation marks.
 std::string quoted(const Context& context, const Field& field);
 

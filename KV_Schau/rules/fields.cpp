@@ -179,7 +179,7 @@ class Examination {
     std::uint32_t first = field_.column;
     std::uint32_t last = first + field_.length - 1;
     if (first == span_.first && belongs_to_number(at(line_, first)) && kind_ != FieldKind::sealing) {
-      while (first > columns::name.last + 1 && belongs_to_number(at(line_, first - 1))) --first;
+      while (first > first_unread_column() && belongs_to_number(at(line_, first - 1))) --first;
     }
     if (last == span_.last && belongs_to_number(at(line_, last))) last = end_of_overhang(last);
     if (first == field_.column && last == field_.column + field_.length - 1) return std::nullopt;
@@ -191,6 +191,11 @@ class Examination {
     const bool fills = first == span_.first;
     mark(first, last);
     return fills ? FieldFault::too_many_digits : FieldFault::cut;
+  }
+
+  // Before the share stands one column that nothing is read from, before the others those behind the name.
+  [[nodiscard]] std::uint32_t first_unread_column() const {
+    return kind_ == FieldKind::share ? columns::code.last + 1 : columns::name.last + 1;
   }
 
   // What runs from the code into the share belongs to the share.

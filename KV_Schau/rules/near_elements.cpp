@@ -38,14 +38,14 @@ std::string upper(std::string_view text) {
   return result;
 }
 
-// A word of a line: what stands between blanks, tabs and non-breaking blanks.
+// A word of a line: what stands between blanks and characters that nobody sees.
 struct Word {
   std::string_view text;
   std::uint32_t column = 0;  // from 1
 };
 
 bool is_gap(char character) {
-  return character == ' ' || character == '\t' || character == '\xA0';
+  return character == ' ' || is_unseen(character);
 }
 
 constexpr std::size_t most_words = 24;
@@ -88,7 +88,8 @@ class Finder {
 
   std::optional<NearElement> examine(std::uint32_t number, std::string_view line) const {
     constexpr std::uint32_t first_column = 17;
-    const std::vector<Word> words = words_from(line, first_column);
+    const bool has_tab = line.find('\t') != std::string_view::npos;
+    const std::vector<Word> words = split_names(words_from(line, has_tab ? 1 : first_column));
     const std::optional<std::size_t> name = position_of_name(words, line);
     if (!name) return std::nullopt;
     NearElement found = cause_of(words, *name, line);
@@ -105,6 +106,22 @@ class Finder {
   }
   [[nodiscard]] bool is_name(std::string_view text) const { return has_form_of_name(text) || is_known(text); }
 
+  // Two names without a blank between them are two words.
+  [[nodiscard]] std::vector<Word> split_names(const std::vector<Word>& words) const {
+    std::vector<Word> result;
+    for (const Word& word : words) {
+      const std::string_view first = word.text.substr(0, variant::name_length);
+      const std::string_view second = word.text.substr(first.size());
+      if (second.size() == variant::name_length && is_name(first) && is_name(second)) {
+        result.push_back({first, word.column});
+        result.push_back({second, word.column + static_cast<std::uint32_t>(first.size())});
+      } else {
+        result.push_back(word);
+      }
+    }
+    return result;
+  }
+
   // The word nearest to the columns of the name that can be one and has nothing but names behind it. A tab
   // can have moved it anywhere.
   [[nodiscard]] std::optional<std::size_t> position_of_name(const std::vector<Word>& words,
@@ -119,9 +136,14 @@ class Finder {
     for (std::size_t k = 0; k < words.size(); ++k) {
       if (!has_tab && distance(words[k]) > farthest) continue;
       if (best && distance(words[k]) >= distance(words[*best])) continue;
-      if (is_name(words[k].text) && has_only_names_behind(words, k)) best = k;
+      if (is_missed(words[k]) || (is_name(words[k].text) && has_only_names_behind(words, k))) best = k;
     }
     return best;
+  }
+
+  // In the columns of the name stands one that the variant speaks of elsewhere, and that nobody bears.
+  [[nodiscard]] bool is_missed(const Word& word) const {
+    return word.column == columns::name.first && missing_.contains(variant::name_of(word.text));
   }
 
   // At least one link; the name itself must not be borne by an element already. Numbers alone are no names:

@@ -45,8 +45,9 @@ struct NearElements {
 };
 
 /// Looks through the lines that are no elements, up to the end marker. A line looks like an element when a
-/// name stands at or near the columns of the name and nothing but names behind it: a word is a name when it
-/// has the form of one (a letter, digits) or the variant speaks of it elsewhere.
+/// name stands at or near the columns of the name and nothing but names behind it, or when a name that is
+/// missing elsewhere stands in these columns. A word is a name when it has the form of one (a letter, digits)
+/// or the variant speaks of it elsewhere.
 NearElements find_near_elements(const variant::Variant& variant, const NameSet& missing_names);
 
 /// True when a line in UTF-8 is an element, or another element, once its characters are single bytes.

@@ -33,10 +33,6 @@ Place place_of(const Context& context, Element element) {
   return variant::place_of_element(context.variant, element);
 }
 
-bool is_blank_field(const Context& context, Element element, Span field) {
-  return variant::is_blank(field.of(context.variant.element_line(element)));
-}
-
 std::string line_of(const Context& context, Element element) {
   return line_words(context.variant.element_lines[element]);
 }
@@ -54,32 +50,23 @@ void check_repeated_names(const Context& context, Sink& sink) {
 }
 
 void check_inflows_of_sources(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     if (!m_System::type_of(context.variant.type(i)).is_source()) continue;
-    for (const Span field : columns::inflow) {
-      if (is_blank_field(context, i, field)) continue;
-      sink.add(place_of_field(context, i, field),
+    for (std::size_t k = 0; k < columns::inflow.size(); ++k) {
+      if (!context.network.given[i].inflow[k]) continue;
+      sink.add(place_of_field(context, i, columns::inflow[k]),
                fmt::format("{} ist eine Quelle und darf keinen Zulauf haben", name_of(context, i)));
     }
   }
 }
 
 void check_missing_inflows(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     if (m_System::type_of(context.variant.type(i)).is_source()) continue;
-    if (!is_blank_field(context, i, columns::inflow[0])) continue;
+    if (context.network.given[i].inflow[0]) continue;
     sink.add(place_of_field(context, i, columns::inflow[0]),
              fmt::format("{} hat keinen Zulauf", name_of(context, i)));
   }
-}
-
-struct Outflows {
-  bool first = false;
-  bool second = false;
-};
-
-Outflows outflows_of(const Context& context, Element i) {
-  return {!is_blank_field(context, i, columns::outflow[0]), !is_blank_field(context, i, columns::outflow[1])};
 }
 
 bool is_structure(const Context& context, Element i) {
@@ -87,10 +74,10 @@ bool is_structure(const Context& context, Element i) {
 }
 
 void check_missing_outflows(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
-    const Outflows outflows = outflows_of(context, i);
+  for (const Element i : context.noteworthy) {
+    const auto& given = context.network.given[i].outflow;
     const bool is_branching = context.variant.type(i) == 'V';
-    const bool is_missing = is_branching ? !outflows.first && !outflows.second : !outflows.first;
+    const bool is_missing = !given[0] && (!is_branching || !given[1]);
     if (!is_missing || (is_structure(context, i) && !is_branching)) continue;
     sink.add(place_of_field(context, i, columns::outflow[0]),
              fmt::format("{} hat keinen Ablauf", name_of(context, i)));
@@ -98,17 +85,17 @@ void check_missing_outflows(const Context& context, Sink& sink) {
 }
 
 void check_second_outflows(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
-    if (is_structure(context, i) || is_blank_field(context, i, columns::outflow[1])) continue;
+  for (const Element i : context.noteworthy) {
+    if (is_structure(context, i) || !context.network.given[i].outflow[1]) continue;
     sink.add(place_of_field(context, i, columns::outflow[1]),
              fmt::format("{} darf nur einen Ablauf haben", name_of(context, i)));
   }
 }
 
 void check_tags(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
-    if (!is_structure(context, i) || is_blank_field(context, i, columns::tag3)) continue;
-    if (!is_blank_field(context, i, columns::tag7)) continue;
+  for (const Element i : context.noteworthy) {
+    const network::Network::Given& given = context.network.given[i];
+    if (!is_structure(context, i) || !given.tag3 || given.tag7) continue;
     sink.add(place_of_field(context, i, columns::tag7),
              fmt::format("{} hat in den Spalten 4 bis 6 eine Kennung, aber keine in den Spalten 8 bis 14; "
                          "KV_Akum meldet Y12",
@@ -125,27 +112,27 @@ std::string loss_words(const Context& context, Element i) {
 }
 
 void check_first_outflow_missing(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
-    const Outflows outflows = outflows_of(context, i);
-    if (!is_structure(context, i) || outflows.first || !outflows.second) continue;
+  for (const Element i : context.noteworthy) {
+    const auto& given = context.network.given[i].outflow;
+    if (!is_structure(context, i) || given[0] || !given[1]) continue;
     sink.add(place_of_field(context, i, columns::outflow[0]),
              fmt::format("{} hat keinen ersten Ablauf{}", name_of(context, i), loss_words(context, i)));
   }
 }
 
 void check_second_outflow_missing(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
-    const Outflows outflows = outflows_of(context, i);
-    if (!is_structure(context, i) || !outflows.first || outflows.second) continue;
+  for (const Element i : context.noteworthy) {
+    const auto& given = context.network.given[i].outflow;
+    if (!is_structure(context, i) || !given[0] || given[1]) continue;
     sink.add(place_of_field(context, i, columns::outflow[1]),
              fmt::format("{} hat keinen zweiten Ablauf{}", name_of(context, i), loss_words(context, i)));
   }
 }
 
 void check_basins_without_outflow(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
-    const Outflows outflows = outflows_of(context, i);
-    if (context.variant.type(i) != 'B' || outflows.first || outflows.second) continue;
+  for (const Element i : context.noteworthy) {
+    const auto& given = context.network.given[i].outflow;
+    if (context.variant.type(i) != 'B' || given[0] || given[1]) continue;
     sink.add(place_of_field(context, i, columns::outflow[0]),
              fmt::format("Das Becken {} hat keinen Ablauf{}", name_of(context, i), loss_words(context, i)));
   }
@@ -157,8 +144,9 @@ void check_basins_without_outflow(const Context& context, Sink& sink) {
 // to be.
 class OneSidedLinks {
  public:
-  explicit OneSidedLinks(const network::Network& network) {
-    for (Element i = 1; i <= network.count(); ++i) {
+  explicit OneSidedLinks(const Context& context) {
+    const network::Network& network = context.network;
+    for (const Element i : context.noteworthy) {
       for (const Element j : network.inflow[i]) {
         if (j != 0 && !network.names_outflow(j, i)) outflow_wanted_.push_back({j, i});
       }
@@ -201,7 +189,7 @@ std::string hint_for_unknown(const Context& context, const OneSidedLinks& one_si
 void check_unknown_links(const Context& context, Sink& sink, bool outflows) {
   const std::vector<network::UnknownLink>& links = context.network.unknown_links;
   if (links.empty()) return;
-  const OneSidedLinks one_sided(context.network);
+  const OneSidedLinks one_sided(context);
   for (const network::UnknownLink& link : links) {
     const bool is_exempt = link.is_outflow && link.element == context.network.outlet();
     if (link.is_outflow != outflows || is_exempt) continue;
@@ -221,7 +209,7 @@ void check_unknown_outflows(const Context& context, Sink& sink) {
 
 template <class Report>
 void for_each_inflow(const Context& context, const Report& report) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     for (std::size_t k = 0; k < columns::inflow.size(); ++k) {
       const Element j = context.network.inflow[i][k];
       if (j != 0) report(i, j, k);
@@ -231,7 +219,7 @@ void for_each_inflow(const Context& context, const Report& report) {
 
 template <class Report>
 void for_each_outflow(const Context& context, const Report& report) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     for (std::size_t k = 0; k < columns::outflow.size(); ++k) {
       const Element j = context.network.outflow[i][k];
       if (j != 0) report(i, j, k);
@@ -262,9 +250,13 @@ void check_earlier_outflows(const Context& context, Sink& sink) {
 void check_one_sided_inflows(const Context& context, Sink& sink) {
   for_each_inflow(context, [&](Element i, Element j, std::size_t k) {
     if (context.network.names_outflow(j, i)) return;
-    sink.add(place_of_field(context, i, columns::inflow[k]),
-             fmt::format("{} ist hier Zulauf von {}, nennt es in {} aber nicht als Ablauf",
-                         name_of(context, j), name_of(context, i), line_of(context, j)));
+    const std::string text =
+        j == context.network.outlet()
+            ? fmt::format("{} ist das letzte Element und damit der Auslass; es kann nicht Zulauf von {} sein",
+                          name_of(context, j), name_of(context, i))
+            : fmt::format("{} ist hier Zulauf von {}, nennt es in {} aber nicht als Ablauf",
+                          name_of(context, j), name_of(context, i), line_of(context, j));
+    sink.add(place_of_field(context, i, columns::inflow[k]), text);
   });
 }
 
@@ -327,7 +319,7 @@ bool passes_to_second_only(const Context& context, Element i) {
 }
 
 void check_dry_outflows(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     const auto& outflow = context.network.outflow[i];
     if (outflow[0] == 0 || outflow[1] == 0 || outflow[0] == outflow[1] || !passes_to_second_only(context, i))
       continue;
@@ -342,7 +334,7 @@ void check_dry_outflows(const Context& context, Sink& sink) {
 }
 
 void check_equal_outflows(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     const auto& outflow = context.network.outflow[i];
     if (outflow[0] == 0 || outflow[0] != outflow[1] || passes_to_second_only(context, i)) continue;
     if (!is_structure(context, i)) continue;

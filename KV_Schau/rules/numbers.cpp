@@ -97,8 +97,8 @@ std::string meant_number(const Field& field) {
 void check_cut(const Context& context, Sink& sink) {
   for_each_fault(context, FieldFault::cut, [&](const Field& field) {
     sink.add(field.place(),
-             fmt::format("{} {} steht nicht in ihren Spalten; {}", subject_words(field.kind),
-                         quoted(context, field), reading_words(field)),
+             fmt::format("{} {} steht nicht {}; {}", subject_words(field.kind), quoted(context, field),
+                         in_its_columns(field.kind), reading_words(field)),
              meant_number(field));
   });
 }
@@ -212,7 +212,8 @@ void check_natural_sealing(const Context& context, Sink& sink) {
     if (first == 0) first = i;
   }
   if (first == 0) return;
-  const std::string further = others == 0 ? "" : fmt::format(" (ebenso bei {} weiteren)", others);
+  const std::string number = others == 1 ? "einer" : std::to_string(others);
+  const std::string further = others == 0 ? "" : fmt::format(" (ebenso bei {} weiteren)", number);
   const variant::Span field = variant::data_columns::sealing;
   sink.add({FileId::nfl, context.records.line[first], field.first, field.width()},
            fmt::format("Der Befestigungsgrad der natürlichen Fläche {} geht in keine Summe ein{}",
@@ -239,11 +240,15 @@ bool fits_result(const network::Areas& areas) {
 
 void check_width_of_result(const Context& context, Sink& sink) {
   for (Element i = 1; i <= context.network.count(); ++i) {
-    if (context.variant.type(i) != 'T' || fits_result(context.flow.total[i])) continue;
+    const network::Areas& total = context.flow.total[i];
+    if (context.variant.type(i) != 'T' || fits_result(total)) continue;
+    const std::string what =
+        std::isfinite(total.all()) && std::isfinite(total.impervious)
+            ? fmt::format("ist zu groß für ihre Spalte im Ergebnis: {}", area_words(total.all()))
+            : "ist keine endliche Zahl";
     sink.add(variant::place_of_element(context.variant, i),
-             fmt::format("Die Fläche von {} ist zu groß für ihre Spalte im Ergebnis: {}", name_of(context, i),
-                         area_words(context.flow.total[i].all())),
-             "stimmen die Einheiten?");
+             fmt::format("Die Fläche von {} {}", name_of(context, i), what),
+             "stimmen Einheiten und Anteile?");
   }
 }
 

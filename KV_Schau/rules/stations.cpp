@@ -84,44 +84,30 @@ void check_range(const Context& context, Sink& sink) {
 
 // Records of kind 2 and the line behind them.
 
-struct Reach {
-  Element element = 0;
-  std::uint32_t line = 0;
-};
-
-std::vector<Reach> kind_2_reaches(const Context& context) {
-  std::vector<Reach> reaches;
-  const TextFile& file = context.variant.file(FileId::trs);
-  for (Element i = 1; i <= context.network.count(); ++i) {
-    const std::uint32_t line = context.variant.type(i) == 'T' ? context.records.line[i] : 0;
-    if (line != 0 && network::is_kind_2(file.line(line))) reaches.push_back({i, line});
-  }
-  return reaches;
-}
-
 Element element_of_line(const Context& context, std::string_view line) {
   return context.variant.elements.first(variant::name_at(line, columns::name.first));
 }
 
-void report_end_of_file(const Context& context, Sink& sink, const Reach& reach) {
+void report_end_of_file(const Context& context, Sink& sink, Element reach) {
   sink.add(
-      {FileId::trs, reach.line, columns::profile.first, columns::profile.width()},
+      {FileId::trs, context.records.line[reach], columns::profile.first, columns::profile.width()},
       fmt::format(
           "{} hat einen Eintrag in den Spalten 57 bis 66, doch die Zeile mit der Station fehlt: die Datei "
           "endet hier; KV_Akum druckt {:.3f}",
-          name_of(context, reach.element), context.taken[reach.element].value));
+          name_of(context, reach), context.taken[reach].value));
 }
 
 void check_missing(const Context& context, Sink& sink) {
   const TextFile& file = context.variant.file(FileId::trs);
-  for (const Reach& reach : kind_2_reaches(context)) {
-    if (reach.line == file.line_count()) {
+  for (const Element reach : context.kind_2_reaches) {
+    const std::uint32_t line = context.records.line[reach];
+    if (line == file.line_count()) {
       report_end_of_file(context, sink, reach);
-    } else if (variant::is_blank(file.line(reach.line + 1))) {
+    } else if (variant::is_blank(file.line(line + 1))) {
       sink.add(
-          {FileId::trs, reach.line + 1, columns::station.first, columns::station.width()},
+          {FileId::trs, line + 1, columns::station.first, columns::station.width()},
           fmt::format("Hier muss die Station von {} stehen; die Zeile ist leer, und KV_Akum druckt 0.000",
-                      name_of(context, reach.element)));
+                      name_of(context, reach)));
     }
   }
   for_each_station(context, [&](const Field& field) {
@@ -134,14 +120,14 @@ void check_missing(const Context& context, Sink& sink) {
 
 void check_other_element(const Context& context, Sink& sink) {
   const TextFile& file = context.variant.file(FileId::trs);
-  for (const Reach& reach : kind_2_reaches(context)) {
-    if (reach.line == file.line_count()) continue;
-    const Element other = element_of_line(context, file.line(reach.line + 1));
+  for (const Element reach : context.kind_2_reaches) {
+    const std::uint32_t line = context.records.line[reach];
+    if (line == file.line_count()) continue;
+    const Element other = element_of_line(context, file.line(line + 1));
     if (other == 0) continue;
-    sink.add({FileId::trs, reach.line + 1, columns::name.first, columns::name.width()},
+    sink.add({FileId::trs, line + 1, columns::name.first, columns::name.width()},
              fmt::format("Hier muss die Station von {} stehen, nicht {}; KV_Akum druckt {:.3f}",
-                         name_of(context, reach.element), name_of(context, other),
-                         context.taken[reach.element].value));
+                         name_of(context, reach), name_of(context, other), context.taken[reach].value));
   }
 }
 
@@ -159,14 +145,21 @@ std::string misplaced_profile(std::string_view line) {
   return fmt::format("der Eintrag in Spalte {} gehört in die Spalten 57 bis 66", place + 1);
 }
 
+// By line: true for the second lines of the records.
+std::vector<bool> read_station_lines(const Context& context) {
+  std::vector<bool> read(context.variant.file(FileId::trs).line_count() + 2, false);
+  for (const Element reach : context.kind_2_reaches) read[context.records.line[reach] + 1] = true;
+  return read;
+}
+
 void check_unused(const Context& context, Sink& sink) {
   const TextFile& file = context.variant.file(FileId::trs);
+  const std::vector<bool> is_read = read_station_lines(context);
   for (const std::uint32_t number : context.variant.other_lines_of(FileId::trs)) {
-    if (!looks_like_station(file.line(number))) continue;
+    if (is_read[number] || !looks_like_station(file.line(number))) continue;
     const std::string_view before = number > 1 ? file.line(number - 1) : std::string_view();
     const Element reach = element_of_line(context, before);
     const bool is_reach = reach != 0 && context.variant.type(reach) == 'T';
-    if (is_reach && network::is_kind_2(before)) continue;
     const Place place{FileId::trs, number, columns::station.first, columns::station.width()};
     if (is_reach) {
       sink.add(place,
@@ -204,20 +197,18 @@ std::vector<Element> single_reach_above(const Context& context) {
 void check_direction(const Context& context, Sink& sink) {
   if (!context.variant.file(FileId::trs).was_read()) return;
   const std::vector<Element> above = single_reach_above(context);
-  const auto has_station = [&](Element i) {
-    const std::uint32_t line = context.records.line[i];
-    return line != 0 && network::is_kind_2(context.variant.file(FileId::trs).line(line));
-  };
-  for (const Reach& reach : kind_2_reaches(context)) {
-    const Element upper = above[reach.element];
-    if (upper == 0 || !has_station(upper)) continue;
-    const double station = context.taken[reach.element].value;
+  std::vector<bool> has_station(context.network.count() + 1, false);
+  for (const Element reach : context.kind_2_reaches) has_station[reach] = true;
+  for (const Element reach : context.kind_2_reaches) {
+    const Element upper = above[reach];
+    if (upper == 0 || !has_station[upper]) continue;
+    const double station = context.taken[reach].value;
     const double upper_station = context.taken[upper].value;
     if (station <= upper_station) continue;
-    const std::uint32_t line = network::station_line(context.variant, reach.line);
+    const std::uint32_t line = network::station_line(context.variant, context.records.line[reach]);
     sink.add({FileId::trs, line, columns::station.first, columns::station.width()},
              fmt::format("Die Station von {} ({:.3f}) liegt höher als die von {} darüber ({:.3f})",
-                         name_of(context, reach.element), station, name_of(context, upper), upper_station));
+                         name_of(context, reach), station, name_of(context, upper), upper_station));
   }
 }
 

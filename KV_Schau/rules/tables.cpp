@@ -27,33 +27,23 @@ namespace columns = variant::data_columns;
 
 // Files.
 
-struct Users {
-  Element first = 0;
-  std::size_t count = 0;
-};
-
-Users users_of(const Context& context, FileId file) {
-  Users users;
-  for (Element i = 1; i <= context.network.count(); ++i) {
-    if (context.variant.type(i) != variant::type_of_file(file)) continue;
-    if (users.first == 0) users.first = i;
-    ++users.count;
-  }
-  return users;
+Element first_of_type(const Context& context, char type) {
+  Element i = 1;
+  while (context.variant.type(i) != type) ++i;
+  return i;
 }
 
-std::string users_words(const Users& users, FileId file) {
+std::string users_words(std::uint32_t users, FileId file) {
   const char type = variant::type_of_file(file);
-  return users.count == 1 ? fmt::format("ein Element {}", type)
-                          : fmt::format("{} Elemente {}", users.count, type);
+  return users == 1 ? fmt::format("ein Element {}", type) : fmt::format("{} Elemente {}", users, type);
 }
 
 void check_missing_files(const Context& context, Sink& sink) {
   for (const FileId id : variant::data_files) {
     const TextFile& file = context.variant.file(id);
-    const Users users = users_of(context, id);
-    if (users.count == 0 || file.state() != variant::FileState::missing) continue;
-    sink.add(variant::place_of_element(context.variant, users.first),
+    const std::uint32_t users = users_of(context, id);
+    if (users == 0 || file.state() != variant::FileState::missing) continue;
+    sink.add(variant::place_of_element(context.variant, first_of_type(context, variant::type_of_file(id))),
              fmt::format("Die Datei {} fehlt; das System hat {}", file.shown(), users_words(users, id)));
   }
 }
@@ -92,12 +82,16 @@ struct Orphan {
   [[nodiscard]] Place place() const { return {file, line, column, length}; }
 };
 
+// What stands between words for a person: blanks, tabs, non-breaking blanks.
+constexpr std::string_view gaps = " \t\xA0";
+
 // The numbers that make a line a record; a reach needs none.
 bool has_values(FileId file, std::string_view line, std::size_t from) {
   if (file == FileId::trs) return true;
   const std::string_view behind = line.substr(std::min(from, line.size()));
-  const std::string_view text = variant::without_blanks(behind.substr(0, 24));
-  return !text.empty() && (is_digit(text.front()) || text.front() == '.' || text.front() == '-');
+  const std::size_t first = behind.substr(0, 24).find_first_not_of(gaps);
+  return first != std::string_view::npos &&
+         (is_digit(behind[first]) || behind[first] == '.' || behind[first] == '-');
 }
 
 std::optional<Orphan> orphan_at(const Context& context, FileId file, std::uint32_t number) {
@@ -116,9 +110,9 @@ std::optional<Orphan> orphan_at(const Context& context, FileId file, std::uint32
 // The word of a line that is the name of an element without a record, but stands in other columns.
 std::optional<Orphan> misplaced_record(const Context& context, FileId file, std::uint32_t number) {
   const std::string_view line = context.variant.file(file).line(number).substr(0, columns::line_width);
-  const std::size_t begin = line.find_first_not_of(" \t\xA0");
+  const std::size_t begin = line.find_first_not_of(gaps);
   if (begin == std::string_view::npos) return std::nullopt;
-  const std::size_t end = std::min(line.find_first_of(" \t\xA0", begin), line.size());
+  const std::size_t end = std::min(line.find_first_of(gaps, begin), line.size());
   if (end - begin > variant::name_length || !has_values(file, line, end)) return std::nullopt;
   const NameKey name = variant::name_of(line.substr(begin, end - begin));
   const Element element = context.variant.elements.first(name);
@@ -146,10 +140,8 @@ std::vector<NameKey> names_of_orphans(const Context& context, FileId file) {
 
 std::vector<NameKey> names_without_record(const Context& context, FileId file) {
   std::vector<NameKey> names;
-  for (Element i = 1; i <= context.network.count(); ++i) {
-    const bool is_wanted =
-        context.variant.type(i) == variant::type_of_file(file) && context.records.line[i] == 0;
-    if (is_wanted) names.push_back(context.variant.names[i]);
+  for (const Element i : context.without_record) {
+    if (context.variant.type(i) == variant::type_of_file(file)) names.push_back(context.variant.names[i]);
   }
   return names;
 }
@@ -158,21 +150,21 @@ std::string meant_words(const Context& context, NameKey meant) {
   return meant == 0 ? "" : fmt::format("meinten Sie {}?", name_of(context, meant));
 }
 
-void check_missing_records(const Context& context, Sink& sink) {
-  for (const FileId id : variant::data_files) {
-    if (!is_readable(context, id)) continue;
-    const std::vector<NameKey> missing = names_without_record(context, id);
-    if (missing.empty()) continue;
-    const variant::SimilarNames orphans(names_of_orphans(context, id));
-    for (Element i = 1; i <= context.network.count(); ++i) {
-      if (context.variant.type(i) != variant::type_of_file(id) || context.records.line[i] != 0) continue;
-      const NameKey alike = orphans.meant_by(context.variant.names[i]);
-      sink.add(variant::place_of_element(context.variant, i),
-               fmt::format("{} hat keine Zeile in {}; KV_Akum meldet A00 und rechnet nicht",
-                           name_of(context, i), context.variant.file(id).shown()),
-               alike == 0 ? "" : fmt::format("dort steht {}", name_of(context, alike)));
-    }
+void check_missing_records_of(const Context& context, Sink& sink, FileId file) {
+  const variant::SimilarNames orphans(names_of_orphans(context, file));
+  for (const Element i : context.without_record) {
+    if (context.variant.type(i) != variant::type_of_file(file)) continue;
+    const NameKey alike = orphans.meant_by(context.variant.names[i]);
+    sink.add(variant::place_of_element(context.variant, i),
+             fmt::format("{} hat keine Zeile in {}; KV_Akum meldet A00 und rechnet nicht",
+                         name_of(context, i), context.variant.file(file).shown()),
+             alike == 0 ? "" : fmt::format("dort steht {}", name_of(context, alike)));
   }
+}
+
+void check_missing_records(const Context& context, Sink& sink) {
+  if (context.without_record.empty()) return;
+  for (const FileId file : variant::data_files) check_missing_records_of(context, sink, file);
 }
 
 void check_orphans(const Context& context, Sink& sink) {

@@ -211,6 +211,10 @@ std::string_view words_for(Unseen kind) {
   }
 }
 
+std::string_view pronoun_for(Unseen kind) {
+  return kind == Unseen::tab ? "ihn" : "es";
+}
+
 // The columns that the run takes from a line.
 class ReadColumns {
  public:
@@ -300,8 +304,8 @@ void check_unseen_in_fields(const Context& context, Sink& sink, Unseen kind) {
       const std::optional<Place> place = first_unseen(context, file, number, kind, true);
       if (!place) continue;
       sink.add(*place,
-               fmt::format("{} in Spalten, die gelesen werden; KV_Akum zählt es als ein Zeichen des Feldes",
-                           words_for(kind)));
+               fmt::format("{} in Spalten, die gelesen werden; KV_Akum zählt {} als ein Zeichen des Feldes",
+                           words_for(kind), pronoun_for(kind)));
     }
   }
 }
@@ -335,8 +339,8 @@ void check_unseen_elsewhere(const Context& context, Sink& sink) {
         if (!first) first = place;
       }
       if (!first) continue;
-      sink.add(*first, fmt::format("{} außerhalb der gelesenen Spalten{}; KV_Akum zählt es als ein Zeichen",
-                                   words_for(kind), further_lines(further)));
+      sink.add(*first, fmt::format("{} außerhalb der gelesenen Spalten{}; KV_Akum zählt {} als ein Zeichen",
+                                   words_for(kind), further_lines(further), pronoun_for(kind)));
     }
   }
 }

@@ -110,7 +110,7 @@ struct IneffectiveUnit {
   std::uint32_t line = 0;
   Word word;
   AreaUnit meant = AreaUnit::qkm;
-  bool in_columns = false;
+  bool is_word = false;  ///< the right word, but not within its columns
   bool matters = false;  ///< another unit is in force
 };
 
@@ -118,13 +118,12 @@ std::optional<IneffectiveUnit> ineffective_unit(const Context& context, FileId f
   const std::string_view line = context.variant.file(file).line(number).substr(0, columns::line_width);
   if (variant::unit_set_by(line)) return std::nullopt;
   std::optional<Word> word = word_over_unit_columns(line);
-  const bool in_columns = word.has_value();
-  if (!in_columns) word = only_word(line);
+  if (!word) word = only_word(line);
   if (!word) return std::nullopt;
   const std::optional<AreaUnit> meant = unit_meant_by(word->text);
   if (!meant) return std::nullopt;
-  return IneffectiveUnit{file,   number,     *word,
-                         *meant, in_columns, unit_behind(context, file, number) != *meant};
+  const bool is_word = without_brackets(word->text) == variant::word_of(*meant);
+  return IneffectiveUnit{file, number, *word, *meant, is_word, unit_behind(context, file, number) != *meant};
 }
 
 template <class Report>
@@ -140,7 +139,7 @@ void for_each_ineffective_unit(const Context& context, const Report& report) {
 
 void check_unknown_units(const Context& context, Sink& sink) {
   for_each_ineffective_unit(context, [&](const IneffectiveUnit& unit) {
-    if (!unit.in_columns || !unit.matters) return;
+    if (unit.is_word || !unit.matters) return;
     sink.add(place_of(unit.file, unit.line, unit.word),
              fmt::format("\"{}\" ist für KV_Akum kein Einheitenwort; es gilt weiter {}",
                          shown_word(context, unit.file, unit.word),
@@ -151,9 +150,9 @@ void check_unknown_units(const Context& context, Sink& sink) {
 
 void check_misplaced_units(const Context& context, Sink& sink) {
   for_each_ineffective_unit(context, [&](const IneffectiveUnit& unit) {
-    if (unit.in_columns || !unit.matters) return;
+    if (!unit.is_word || !unit.matters) return;
     sink.add(place_of(unit.file, unit.line, unit.word),
-             fmt::format("Die Einheit \"{}\" steht nicht in den Spalten 11 bis 15; es gilt weiter {}",
+             fmt::format("Die Einheit \"{}\" steht nicht ganz in den Spalten 11 bis 15; es gilt weiter {}",
                          shown_word(context, unit.file, unit.word),
                          variant::word_of(unit_behind(context, unit.file, unit.line))));
   });
@@ -253,6 +252,19 @@ void check_areas_before_unit(const Context& context, Sink& sink) {
   }
 }
 
+void check_default_unit(const Context& context, Sink& sink) {
+  for (const FileId file : area_files) {
+    const FileId other = file == FileId::nfl ? FileId::kfl : FileId::nfl;
+    const bool has_unit = !unit_lines(context, file).empty() || first_unit(context, file) != AreaUnit::qkm;
+    if (has_unit || unit_lines(context, other).empty() || !is_asked_for(context, other)) continue;
+    const EarlyAreas areas = areas_before_unit(context, file);
+    if (areas.first == 0) continue;
+    sink.add(place_of_area(context, file, areas.first),
+             fmt::format("In dieser Datei steht keine Einheit, anders als in {}; KV_Akum nimmt qkm",
+                         context.variant.file(other).shown()));
+  }
+}
+
 void check_inherited_unit(const Context& context, Sink& sink) {
   const AreaUnit unit = context.records.inherited_unit;
   if (unit == AreaUnit::qkm || !is_readable(context, FileId::kfl)) return;
@@ -270,7 +282,7 @@ void check_unit_by_search(const Context& context, Sink& sink) {
     if (context.records.line[i] == 0 || (file != FileId::nfl && file != FileId::kfl)) continue;
     const AreaUnit shown = unit_behind(context, *file, context.records.line[i]);
     if (shown == context.records.unit[i]) continue;
-    sink.add(place_of_area(context, *file, context.records.line[i]),
+    sink.add(place_of_area(context, *file, i),
              fmt::format("Für {} gilt {}, nicht {}: KV_Akum sucht die Zeilen in der Reihenfolge des Systems, "
                          "und die letzte "
                          "Einheit auf diesem Weg ist {}",
@@ -322,7 +334,7 @@ void check_magnitude(const Context& context, Sink& sink) {
   }
 }
 
-constexpr std::array<CheckedRule, 8> rules = {{
+constexpr std::array<CheckedRule, 9> rules = {{
     {{"einheit-unbekannt", Severity::error,
       "Wort, das eine Einheit sein soll (Ha, km2, m²), aber keine setzt: die alte gilt weiter"},
      check_unknown_units},
@@ -338,6 +350,9 @@ constexpr std::array<CheckedRule, 8> rules = {{
     {{"einheit-geerbt", Severity::warning,
       "Kanalisierte Flächen ohne eigene Einheit: die letzte der .nfl gilt weiter"},
      check_inherited_unit},
+    {{"einheit-vorgabe", Severity::note,
+      "Datei ohne Einheit, während die andere Flächendatei Einheiten hat: gilt als km²"},
+     check_default_unit},
     {{"einheit-durch-suche", Severity::warning,
       "Fläche, für die wegen der Reihenfolge der Zeilen eine andere Einheit gilt, als über ihr steht"},
      check_unit_by_search},

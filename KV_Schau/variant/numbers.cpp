@@ -84,7 +84,8 @@ double converted(const std::string& number) {
   const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
   if (error != std::errc::result_out_of_range) return value;
   const bool tiny = number.find("e-") != std::string::npos;
-  return tiny ? 0.0 : std::numeric_limits<double>::infinity();
+  const double size = tiny ? 0.0 : std::numeric_limits<double>::infinity();
+  return number.starts_with('-') ? -size : size;
 }
 
 // The whole number in the five columns behind an "E"; 0 when there is none.

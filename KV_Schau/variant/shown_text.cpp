@@ -125,8 +125,9 @@ ShownLine show_line(const TextFile& file, std::uint32_t line, std::size_t byte_c
   std::string_view text = file.line(line);
   const std::size_t hidden = line == 1 ? byte_order_mark_length(text) : 0;
   text.remove_prefix(hidden);
-  const std::size_t column = byte_column - 1 < hidden ? 0 : byte_column - 1 - hidden;
-  const Range mark{character_begin(text, column, encoding), column + std::max<std::size_t>(byte_count, 1)};
+  const std::size_t begin = std::max(byte_column - 1, hidden) - hidden;
+  const std::size_t end = std::max(byte_column - 1 + byte_count, hidden) - hidden;
+  const Range mark{character_begin(text, begin, encoding), std::max(begin + 1, end)};
   const Range window = window_around(text, mark, encoding);
 
   ShownLine line_shown;

@@ -71,14 +71,15 @@ TextFile TextFile::of_bytes(std::string_view bytes, std::string shown) {
   return file;
 }
 
+// In single bytes and without a way out, so that many bytes are looked at side by side.
 void TextFile::take_stock() {
-  unsigned high = 0;
-  unsigned control = 0;
+  std::uint8_t high = 0;
+  std::uint8_t control = 0;
   for (const char character : bytes()) {
-    const auto byte = static_cast<unsigned char>(character);
-    high |= byte;
-    control |= static_cast<unsigned>(byte < 0x20 && byte != '\n' && byte != '\r') |
-               static_cast<unsigned>(byte == 0x7F);
+    const auto byte = static_cast<std::uint8_t>(character);
+    const std::uint8_t is_control = (byte < 0x20 && byte != '\n' && byte != '\r') || byte == 0x7F ? 1 : 0;
+    high = static_cast<std::uint8_t>(high | byte);
+    control = static_cast<std::uint8_t>(control | is_control);
   }
   has_high_bytes_ = (high & 0x80U) != 0;
   has_control_bytes_ = control != 0;
@@ -113,6 +114,7 @@ void TextFile::count_line_ends(bool has_cr) {
     const bool last_is_open = line_end(line_count()) == LineEnd::none;
     count(LineEnd::none) = last_is_open ? 1 : 0;
     count(LineEnd::lf) = line_count() - count(LineEnd::none);
+    ends_with_lf_only_ = !last_is_open;
     return;
   }
   for (std::uint32_t number = 1; number <= line_count(); ++number) ++count(line_end(number));
@@ -130,6 +132,7 @@ LineEnd TextFile::line_end(std::uint32_t number) const {
 std::string_view TextFile::line(std::uint32_t number) const {
   static constexpr std::size_t end_length[] = {0, 1, 2, 1};
   const std::size_t begin = line_begins_[number - 1];
+  if (ends_with_lf_only_) return {bytes_.get() + begin, line_begins_[number] - begin - 1};
   const std::size_t cut = end_length[static_cast<std::size_t>(line_end(number))];
   return bytes().substr(begin, line_begins_[number] - begin - cut);
 }

@@ -76,6 +76,7 @@ class TextFile {
   Encoding encoding_ = Encoding::windows_1252;
   bool has_high_bytes_ = false;
   bool has_control_bytes_ = false;
+  bool ends_with_lf_only_ = false;  // so that a line's end need not be looked at
 };
 
 /// The bytes of the columns first to last (from 1) of a line, as far as it goes.
