@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the fuzzers and runs them all for so many seconds in total (60 when none are given).
-# Fails on a finding; the input is kept under build/fuzz/findings and named at the end.
+# Fails on a finding; the input is kept under build/asan/findings and named at the end.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -11,10 +11,10 @@ if ! [[ $seconds =~ ^[1-9][0-9]*$ ]]; then
 fi
 
 scripts/install-tools.sh g++ clang libclang-rt-dev cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev
-cmake --preset fuzz -DKV_TESTS=ON
-cmake --build --preset fuzz
+cmake --preset asan -DKV_TESTS=ON
+cmake --build --preset asan --target fuzzers
 
-findings=build/fuzz/findings
+findings=build/asan/findings
 mkdir -p "$findings"
 work=$(mktemp -d "${TMPDIR:-/tmp}/kv_fuzz.XXXXXX")
 trap 'rm -rf "$work"' EXIT
@@ -37,7 +37,7 @@ for target in "${targets[@]}"; do
   mkdir "$grown"
   outcome=ok
   # An input longer than a few dozen lines finds nothing that a short one does not.
-  if ! "build/fuzz/bin/fuzz_$target" -max_total_time="$share" -max_len=4096 -timeout=10 -rss_limit_mb=2048 \
+  if ! "build/asan/bin/fuzz_$target" -max_total_time="$share" -max_len=4096 -timeout=10 -rss_limit_mb=2048 \
     -dict=fuzz/words.dict -artifact_prefix="$findings/$target-" -print_final_stats=1 \
     "$grown" "fuzz/corpus/$target" >"$log" 2>&1; then
     outcome=FINDING
