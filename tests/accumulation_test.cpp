@@ -282,10 +282,11 @@ TEST_F(AccumulationTest, TheResultStaysOpen) {
 
 TEST_F(AccumulationTest, ShortOfMemoryTheRunStops) {
   fill_system_logic({{"N1", {}, {"T1"}}, {"T1", {"N1"}, {"ENDE"}}});
+  // The sums come before the table: that it cannot be opened does not matter yet.
+  std::filesystem::create_directory("v.Akum");
   runtime::limit_allocations(7);
   EXPECT_EXIT(AccumulateAreas("v"), testing::ExitedWithCode(0),
               "^In file 'accumulation\\.cpp', around line [0-9]+: Error allocating 8 bytes\n$");
-  EXPECT_FALSE(std::filesystem::exists("v.Akum")) << "the sums come before the table";
 }
 
 }  // namespace
