@@ -19,7 +19,7 @@ check() {
   mkdir "$run"
   [ ! -d "$variant/in" ] || cp -r "$variant/in/." "$run"
   [ ! -f "$variant/command.txt" ] || mapfile -t arguments <"$variant/command.txt"
-  if (cd "$run" && valgrind --quiet --error-exitcode=99 --leak-check=full --track-fds=no --log-file="$run.report" \
+  if (cd "$run" && valgrind --quiet --error-exitcode=99 --leak-check=full --log-file="$run.report" \
     "$3" "${arguments[@]}" </dev/null >/dev/null 2>&1); then
     rm -rf "$run" "$run.report"
   else
