@@ -17,6 +17,7 @@ namespace schau {
 namespace {
 
 constexpr std::string_view help_flags = "-h,--help,--hilfe";
+constexpr std::string_view version_flag = "--version";
 
 // The library's own words in German.
 std::shared_ptr<CLI::Formatter> german_formatter() {
@@ -51,13 +52,13 @@ bool is_command(std::string_view word) {
   return std::ranges::any_of(commands(), [&](const Command& command) { return command.name == word; });
 }
 
-bool asks_for_help(std::string_view word) {
-  return word == "-h" || word == "--help" || word == "--hilfe";
+bool asks_about_program(std::string_view word) {
+  return word == "-h" || word == "--help" || word == "--hilfe" || word == version_flag;
 }
 
 // Puts the default command before arguments that name none.
 std::vector<std::string> complete_arguments(std::vector<std::string> arguments) {
-  if (arguments.empty() || is_command(arguments.front()) || asks_for_help(arguments.front()))
+  if (arguments.empty() || is_command(arguments.front()) || asks_about_program(arguments.front()))
     return arguments;
   for (const Command& command : commands()) {
     if (command.is_default) arguments.insert(arguments.begin(), std::string(command.name));
@@ -121,6 +122,7 @@ ExitStatus run(std::vector<std::string> arguments) {
   CLI::App parser("KV_Schau prüft Varianten für KV_Akum, rechnet sie und zeigt, was dabei herauskommt.",
                   "KV_Schau");
   make_german(parser);
+  parser.set_version_flag(std::string(version_flag), "KV_Schau " KV_VERSION "\n", "die Version zeigen");
   parser.require_subcommand(1);
   parser.footer(
       "KV_Schau BEFEHL --help zeigt die Optionen eines Befehls.\n"
@@ -135,6 +137,9 @@ ExitStatus run(std::vector<std::string> arguments) {
     return run_command(parser);
   } catch (const CLI::CallForHelp&) {
     return show_help(parser);
+  } catch (const CLI::CallForVersion& version) {
+    write_out(version.what());
+    return ExitStatus::clean;
   } catch (const CLI::ParseError& error) {
     return refuse(reason_of(error, parser), parser);
   } catch (const UsageError& error) {
