@@ -11,6 +11,7 @@
 
 #include "KV_Schau/command.h"
 #include "KV_Schau/exit_status.h"
+#include "KV_Schau/host.h"
 #include "KV_Schau/terminal.h"
 
 namespace schau {
@@ -165,6 +166,6 @@ ExitStatus run_and_finish(std::vector<std::string> arguments) {
 }  // namespace schau
 
 int main(int argc, char** argv) {
-  schau::prepare_streams();
-  return static_cast<int>(schau::run_and_finish({argv + 1, argv + argc}));
+  schau::host::prepare_streams();
+  return static_cast<int>(schau::run_and_finish(schau::host::arguments(argc, argv)));
 }
