@@ -24,11 +24,16 @@ def prepare():
         subprocess.run([WINE, "wineboot", "--init"], env=ENVIRONMENT, check=True, capture_output=True)
 
 
-def run(name, arguments, folder, **options):
+def run(name, arguments, folder):
     """Runs a program to its end; standard output and standard error are the bytes that came."""
+    return run_file(program(name), arguments, folder)
+
+
+def run_file(path, arguments, folder):
+    """The same with a program that lies anywhere."""
     return subprocess.run(
-        [WINE, program(name), *arguments], cwd=folder, env=ENVIRONMENT, stdin=subprocess.DEVNULL,
-        stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=120, check=False, **options)
+        [WINE, path, *arguments], cwd=folder, env=ENVIRONMENT, stdin=subprocess.DEVNULL,
+        stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=120, check=False)
 
 
 def start(name, arguments, folder):
