@@ -10,6 +10,10 @@ bool is_terminal(std::FILE* stream) {
 
 void prepare_streams() {}
 
+bool write(std::FILE* stream, std::string_view text) {
+  return std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+}
+
 std::vector<std::string> arguments(int count, char** values) {
   return count > 0 ? std::vector<std::string>(values + 1, values + count) : std::vector<std::string>();
 }

@@ -9,7 +9,6 @@
 #include <shellapi.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cwchar>
 #include <filesystem>
 
@@ -18,32 +17,60 @@
 namespace schau::host {
 namespace {
 
-UINT code_page_before = 0;
-
-void restore_code_page() {
-  ::SetConsoleOutputCP(code_page_before);
+// Null when a stream goes elsewhere.
+HANDLE console_of(std::FILE* stream) {
+  const HANDLE handle = ::GetStdHandle(stream == stderr ? STD_ERROR_HANDLE : STD_OUTPUT_HANDLE);
+  DWORD mode = 0;
+  return ::GetConsoleMode(handle, &mode) == FALSE ? nullptr : handle;
 }
 
-// Colours and the line of progress are sequences of characters.
-void understand_sequences(DWORD stream) {
-  const HANDLE console = ::GetStdHandle(stream);
-  DWORD mode = 0;
-  if (::GetConsoleMode(console, &mode) == FALSE) return;
-  ::SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+std::wstring wide(std::string_view utf8) {
+  const int size = static_cast<int>(utf8.size());
+  const int needed = ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, nullptr, 0);
+  std::wstring text(static_cast<std::size_t>(std::max(needed, 0)), L'\0');
+  ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, text.data(), needed);
+  return text;
+}
+
+// A console takes so much at a time; the two halves of a character stay together.
+std::wstring_view next_piece(std::wstring_view text) {
+  constexpr std::size_t most = 8000;
+  const std::wstring_view piece = text.substr(0, most);
+  return piece.size() < text.size() && IS_HIGH_SURROGATE(piece.back()) ? piece.substr(0, most - 1) : piece;
+}
+
+bool write_to_console(HANDLE console, std::wstring_view text) {
+  while (!text.empty()) {
+    const std::wstring_view piece = next_piece(text);
+    DWORD written = 0;
+    if (::WriteConsoleW(console, piece.data(), static_cast<DWORD>(piece.size()), &written, nullptr) == FALSE)
+      return false;
+    text.remove_prefix(piece.size());
+  }
+  return true;
 }
 
 }  // namespace
 
 bool is_terminal(std::FILE* stream) {
-  return ::_isatty(::_fileno(stream)) != 0;
+  return console_of(stream) != nullptr;
 }
 
 void prepare_streams() {
-  for (std::FILE* const stream : {stdout, stderr}) ::_setmode(::_fileno(stream), _O_BINARY);
-  for (const DWORD stream : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) understand_sequences(stream);
-  // The console belongs to others too, who may count on its code page.
-  code_page_before = ::GetConsoleOutputCP();
-  if (code_page_before != 0 && ::SetConsoleOutputCP(CP_UTF8) != FALSE) std::atexit(restore_code_page);
+  for (std::FILE* const stream : {stdout, stderr}) {
+    ::_setmode(::_fileno(stream), _O_BINARY);
+    DWORD mode = 0;
+    const HANDLE console = console_of(stream);
+    if (console == nullptr || ::GetConsoleMode(console, &mode) == FALSE) continue;
+    ::SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+  }
+}
+
+// Bytes would reach a console one by one, and in its code page.
+bool write(std::FILE* stream, std::string_view text) {
+  const HANDLE console = console_of(stream);
+  if (console != nullptr) return write_to_console(console, wide(text));
+  return std::fwrite(text.data(), 1, text.size(), stream) == text.size();
 }
 
 std::vector<std::string> arguments(int /*count*/, char** /*values*/) {

@@ -21,9 +21,8 @@ bool error_is_terminal() {
 }
 
 void write_progress(std::string_view text) {
-  const std::string line = "\r\x1B[K" + std::string(text);
   std::fflush(stdout);
-  std::fwrite(line.data(), 1, line.size(), stderr);
+  host::write(stderr, "\r\x1B[K" + std::string(text));
 }
 
 bool use_colours() {
@@ -31,7 +30,7 @@ bool use_colours() {
 }
 
 bool write_out(std::string_view text) {
-  return std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+  return host::write(stdout, text);
 }
 
 bool finish_output() {
@@ -40,8 +39,7 @@ bool finish_output() {
 }
 
 void write_error(std::string_view line) {
-  const std::string text = std::string(line) + "\n";
-  std::fwrite(text.data(), 1, text.size(), stderr);
+  host::write(stderr, std::string(line) + "\n");
 }
 
 }  // namespace schau

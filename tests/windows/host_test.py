@@ -121,6 +121,10 @@ class SchauTest(HostTest):
     def test_tells_its_version(self):
         self.assertRegex(self.run_schau("--version").stdout, rb"^KV_Schau \d+\.\d+\.\d+\n$")
 
+    def test_a_console_shows_its_letters(self):
+        shown = wine.run_in_console("KV_Schau", ["--help"], self.folder)
+        self.assertIn("KV_Schau prüft Varianten für KV_Akum", shown)
+
     def test_checks_and_runs_a_variant_with_umlauts(self):
         folder = self.folder / "Gewässer mit Leerzeichen"
         self.put_example(folder, "Größe")

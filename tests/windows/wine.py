@@ -1,7 +1,9 @@
 """Starts the programs for Windows under Wine, each in a folder of its own."""
 
+import contextlib
 import os
 import pathlib
+import pty
 import subprocess
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
@@ -34,6 +36,22 @@ def run_file(path, arguments, folder):
     return subprocess.run(
         [WINE, path, *arguments], cwd=folder, env=ENVIRONMENT, stdin=subprocess.DEVNULL,
         stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=120, check=False)
+
+
+def run_in_console(name, arguments, folder):
+    """Runs a program in a terminal and returns the text that this is given to show."""
+    process, terminal = pty.fork()
+    if process == 0:
+        os.chdir(folder)
+        os.execve(WINE, [WINE, str(program(name)), *arguments], ENVIRONMENT)
+    shown = b""
+    with open(terminal, "rb", buffering=0) as screen:
+        # The end of the last program at a terminal is an error of the reading.
+        with contextlib.suppress(OSError):
+            while piece := screen.read(4096):
+                shown += piece
+    os.waitpid(process, 0)
+    return shown.decode("utf-8")
 
 
 def start(name, arguments, folder):
