@@ -12,6 +12,7 @@
 
 /// The calls of a host that a test can make fail.
 enum class HostCall : std::uint8_t {
+  look,
   open,
   facts,
   read,
@@ -41,6 +42,9 @@ class TestHost final : public ForwardingHost {
   /// How often that call was made.
   [[nodiscard]] int calls(HostCall call) const { return faults_[index(call)].calls; }
 
+  runtime::FileFacts look(const std::string& path, std::error_code& reason) override {
+    return fails(HostCall::look, reason) ? runtime::FileFacts{} : ForwardingHost::look(path, reason);
+  }
   int open(const std::string& path, runtime::Access access, std::error_code& reason) override {
     return fails(HostCall::open, reason) ? -1 : ForwardingHost::open(path, access, reason);
   }
