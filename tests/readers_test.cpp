@@ -429,6 +429,20 @@ TEST_F(ReachTest, TheReaderGivesUp) {
   EXPECT_FALSE(still_open("v.trs"));
 }
 
+// A suppressed code sets the level back; the tables that both files share are not there all the same.
+TEST_F(AreaTest, AFailedAllocationIsMetAgainWhenTheLevelWasLowered) {
+  elements({"N1", "K1"});
+  let_tables_fail();
+  const ShownText shown;
+  read_natural({area_line("N1", "1.5")});
+  runtime::unlimit_allocations();
+  ErrorLevel = 0;
+  read_canalised({area_line("K1", "1.5")});
+  EXPECT_EQ(ErrorLevel, 5020);
+  EXPECT_EQ(shown.error(), refused_tables("v.nfl") + refused_tables("v.kfl"));
+  EXPECT_EQ(source_tables.area.size(), 0);
+}
+
 TEST_F(ReachTest, AFailedAllocationEndsTheReader) {
   elements({"T1", "T2"});
   let_tables_fail();
