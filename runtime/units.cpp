@@ -88,19 +88,21 @@ FileFacts facts_of(const Connection& connection) {
   return connection.handle < 0 ? facts_at(connection.path) : connection.facts;
 }
 
-// The unit that holds a file.
-std::optional<int> holder_of(const FileFacts& facts) {
+// The unit that holds a file, other than by the connection that is being made.
+std::optional<int> holder_of(const FileFacts& facts, const Connection* made = nullptr) {
   const auto holder = std::ranges::find_if(connections(), [&](const auto& connection) {
-    return connection != nullptr && !connection->console && same_file(facts_of(*connection), facts);
+    const bool other = connection != nullptr && !connection->console && connection.get() != made;
+    return other && same_file(facts_of(*connection), facts);
   });
   if (holder == connections().end()) return std::nullopt;
   return static_cast<int>(holder - connections().begin());
 }
 
 // Until it is complete, a whole file stands nowhere: only the path tells where it goes.
-bool is_written_whole(const std::string& path) {
+bool is_written_whole(const std::string& path, const Connection* made) {
   return std::ranges::any_of(connections(), [&](const auto& connection) {
-    return connection != nullptr && connection->successor && connection->path == path;
+    const bool other = connection != nullptr && connection->successor && connection.get() != made;
+    return other && connection->path == path;
   });
 }
 
@@ -161,7 +163,7 @@ bool folder_refuses(const std::error_code& reason) {
 // What exists must be a file that could be written itself.
 bool may_be_replaced(Connection& connection, const FileFacts& existing, std::error_code& reason) {
   if (is_protected(existing)) reason = reason_of(std::errc::operation_not_permitted);
-  if (holder_of(existing)) reason = reason_of(std::errc::device_or_resource_busy);
+  if (holder_of(existing, &connection)) reason = reason_of(std::errc::device_or_resource_busy);
   if (reason) return false;
   const int handle = host().open(connection.path, Access::update, reason);
   if (handle < 0) return false;
@@ -221,7 +223,8 @@ void abandon(Connection& connection) {
 bool may_be_held(Connection& connection, OpenStatus status, std::error_code& reason) {
   if (!host().facts(connection.handle, connection.facts, reason)) return false;
   if (status == OpenStatus::input && !is_file(connection.facts, reason)) return false;
-  const bool held = holder_of(connection.facts) || is_written_whole(connection.path);
+  const bool held =
+      holder_of(connection.facts, &connection) || is_written_whole(connection.path, &connection);
   if (held) reason = reason_of(std::errc::device_or_resource_busy);
   return !reason;
 }
@@ -282,15 +285,16 @@ bool try_open(int unit, std::string_view path, OpenStatus status, std::error_cod
   if (unit < 0 || unit > highest_unit) reason = reason_of(std::errc::argument_out_of_domain);
   if (is_connected(unit)) reason = reason_of(std::errc::device_or_resource_busy);
   if (reason) return false;
-  auto connection = std::make_unique<Connection>();
-  connection->output.line_end = host().line_end();
-  connection->path = path_for(path, status);
-  // A file that is connected has its place already: nothing comes between that would leave it behind.
   const auto place = static_cast<std::size_t>(unit);
   if (place >= connections().size()) connections().resize(place + 1);
-  if (!connect(*connection, status, reason)) return false;
-  connections()[place] = std::move(connection);
-  return true;
+  // The unit has its connection before the file is opened: whatever ends the run then closes the file.
+  connections()[place] = std::make_unique<Connection>();
+  Connection& connection = *connections()[place];
+  connection.output.line_end = host().line_end();
+  connection.path = path_for(path, status);
+  if (connect(connection, status, reason)) return true;
+  connections()[place].reset();
+  return false;
 }
 
 bool try_open(int unit, std::string_view path, OpenStatus status) {
