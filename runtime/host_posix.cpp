@@ -152,7 +152,7 @@ bool take_over_rights(int handle, const std::string& path) {
   constexpr mode_t rights = S_IRWXU | S_IRWXG | S_IRWXO;
   struct stat old {};
   struct stat status {};
-  if (::stat(path.c_str(), &old) != 0) return true;
+  if (::stat(path.c_str(), &old) != 0) return errno == ENOENT;
   if (::fstat(handle, &status) != 0) return false;
   const bool same_owner = old.st_uid == status.st_uid && old.st_gid == status.st_gid;
   if (!same_owner && ::fchown(handle, old.st_uid, old.st_gid) != 0) return false;
