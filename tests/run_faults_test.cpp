@@ -209,8 +209,8 @@ class RunFaults : public testing::TestWithParam<Scene> {
 
 // A run is the slower the more a build checks.
 #ifdef __SANITIZE_ADDRESS__
-constexpr int usual_most = 12;
-constexpr int usual_most_of_large = 3;
+constexpr int usual_most = 4;
+constexpr int usual_most_of_large = 2;
 #else
 constexpr int usual_most = std::numeric_limits<int>::max();
 constexpr int usual_most_of_large = 6;
