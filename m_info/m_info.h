@@ -23,7 +23,7 @@ struct RuntimeProtocol {
   runtime::Slots<std::int32_t, timer_count> timer_start;  ///< clock at the last "SET"
   runtime::Slots<std::int32_t, timer_count> timer_last;   ///< clock at the last "ADD"
 };
-extern RuntimeProtocol protocol;
+extern const RuntimeProtocol& protocol;
 
 /// Keeps counters and stop-watches and writes them to "runtime.pkl" in the working folder. The command is
 /// told by its first characters, other ones do nothing:
@@ -74,7 +74,7 @@ struct CheckList {
     return {{report_numbers.at(1), report_numbers.at(2), report_numbers.at(3)}};
   }
 };
-extern CheckList check_list;
+extern const CheckList& check_list;
 
 /// The date of the run, for cases that name none. Set by the tool; reading a check list leaves it.
 extern Date run_date;

@@ -1,4 +1,5 @@
 #include "m_files/m_files.h"
+#include "m_info/filled_tables.h"
 #include "m_info/m_info.h"
 #include "runtime/host.h"
 #include "runtime/read.h"
@@ -7,7 +8,8 @@
 
 namespace m_info {
 
-RuntimeProtocol protocol;
+RuntimeProtocol filled_protocol;
+const RuntimeProtocol& protocol = filled_protocol;
 
 namespace {
 
@@ -33,7 +35,7 @@ bool is_timer(std::int32_t number) {
 }
 
 void open_protocol() {
-  protocol.runtime_unit = m_files::free_unit(first_protocol_unit);
+  filled_protocol.runtime_unit = m_files::free_unit(first_protocol_unit);
   if (!runtime::file_exists(protocol_file)) {
     runtime::open(protocol.runtime_unit, protocol_file, runtime::OpenStatus::fresh);
     return;
@@ -67,26 +69,26 @@ void write_timer(std::int32_t number) {
 }
 
 void set_counter(std::int32_t number) {
-  if (number == 0) protocol.counters = {};
-  if (is_counter(number)) protocol.counters.at(number) = 0;
+  if (number == 0) filled_protocol.counters = {};
+  if (is_counter(number)) filled_protocol.counters.at(number) = 0;
 }
 
 void set_timer(std::int32_t number) {
-  if (number == 0) protocol.timers = {};
-  if (is_timer(number)) protocol.timer_start.at(number) = clock_count();
+  if (number == 0) filled_protocol.timers = {};
+  if (is_timer(number)) filled_protocol.timer_start.at(number) = clock_count();
 }
 
 void count_up(std::int32_t number) {
   if (!is_counter(number)) return;
-  protocol.counters.at(number) = wrapped(std::int64_t{protocol.counters.at(number)} + 1);
+  filled_protocol.counters.at(number) = wrapped(std::int64_t{protocol.counters.at(number)} + 1);
 }
 
 void add_time(std::int32_t number) {
   if (!is_timer(number)) return;
   const std::int32_t now = clock_count();
-  protocol.timer_last.at(number) = now;
+  filled_protocol.timer_last.at(number) = now;
   const std::int32_t elapsed = wrapped(std::int64_t{now} - protocol.timer_start.at(number));
-  protocol.timers.at(number) = wrapped(std::int64_t{protocol.timers.at(number)} + elapsed);
+  filled_protocol.timers.at(number) = wrapped(std::int64_t{protocol.timers.at(number)} + elapsed);
 }
 
 }  // namespace

@@ -639,7 +639,6 @@ TEST_F(UnitsDeathTest, AFileOnTwoUnitsEndsTheProgram) {
 }
 
 TEST_F(UnitsDeathTest, AFreeUnitCannotBeUsed) {
-  std::string_view record;
   EXPECT_STOP(runtime::LineReader(77, whole_width), fault_line("Lesen", "Einheit 77", "Bad file descriptor"));
   EXPECT_STOP(runtime::write<"(a)">(77, ""), fault_line("Schreiben", "Einheit 77", "Bad file descriptor"));
   EXPECT_STOP(runtime::rewind(77), fault_line("Zurückspulen"_w1252, "Einheit 77", "Bad file descriptor"));
