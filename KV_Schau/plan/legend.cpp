@@ -6,6 +6,8 @@
 #include <array>
 #include <cmath>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "KV_Schau/plan/text_width.h"
 
@@ -72,9 +74,10 @@ std::vector<LegendEntry> entries_of(const Plan& plan, const Numbers& numbers) {
           type;
     }
   }
+  std::string_view subject = "Einzugsgebiet ";
   for (const double area : sample_areas(plan.widest_area)) {
     const double part = std::sqrt(area / plan.widest_area);
-    add(Kind::width, fmt::format("{:g} km²", area)).width =
+    add(Kind::width, fmt::format("{}{} km²", std::exchange(subject, ""), area)).width =
         plan.style.thinnest + (plan.style.widest - plan.style.thinnest) * part;
   }
   if (numbers.dry > 0) add(Kind::dry, "hier fließt nichts");

@@ -6,6 +6,8 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <functional>
+#include <queue>
 #include <set>
 #include <tuple>
 #include <utility>
@@ -45,7 +47,8 @@ class Drawing {
         river_(river_of(facts, graph_, selection_)),
         lanes_(lanes_of(river_)),
         labels_(facts, graph_, selection_, river_.told_links, selection_.drawn_count < compact_from) {
-    plan_.style = selection_.drawn_count < compact_from ? detailed_style : compact_style;
+    plan_.style =
+        selection_.drawn_count < compact_from ? detailed_style : compact_style(selection_.drawn_count);
   }
 
   Plan run() {
@@ -89,6 +92,7 @@ class Drawing {
     PlanNode node;
     node.element = element;
     node.type = facts_.variant.type(element);
+    node.half = std::max(plan_.style.sign, line_width(facts_.flow.total[element].all()) / 2.0);
     node.label = labels_.label_of(element);
     if (selection_.goes_on[element]) node.label.push_back({"weitere oberhalb", Tone::quiet});
     for (const char type : {'N', 'K', 'E'}) {
@@ -125,10 +129,10 @@ class Drawing {
   [[nodiscard]] Room room_of(const PlanNode& node) const {
     const Style& style = plan_.style;
     const double half_label = static_cast<double>(node.label.size()) * style.line_height / 2.0;
-    Room room{style.sign + 2.0, style.sign + label_gap + width_of(node.label, style), 0.0, 0.0};
+    Room room{node.half + 2.0, node.half + label_gap + width_of(node.label, style), 0.0, 0.0};
     room.up = room.down = std::max(half_label, style.sign + 1.0);
     if (!node.folded.empty()) room.left += folded_room;
-    if (node.mark) room.left = std::max(room.left, style.sign + mark_room);
+    if (node.mark) room.left = std::max(room.left, node.half + mark_room);
     if (node.end != End::none) {
       room.down += end_length;
       room.right = std::max(room.right,
@@ -147,7 +151,37 @@ class Drawing {
       add_joint(route, lanes_[id], lanes_[node.below], below.row);
       add_line(route, node.link, false);
     }
-    for (const Arm& arm : river_.arms) add_arm(arm);
+    add_arms();
+  }
+
+  // Arms that leave one row run side by side where they would cover one another, each on the first track that
+  // is free (interval partitioning).
+  void add_arms() {
+    struct Run {
+      std::uint32_t row, first_lane, last_lane;
+      const Arm* arm;
+    };
+    std::vector<Run> runs;
+    for (const Arm& arm : river_.arms) {
+      const NodeId from = river_.node_of[graph_.links[arm.link].from];
+      const auto [first, last] = std::minmax(lanes_[from], lanes_[arm.channel]);
+      runs.push_back({river_.nodes[from].row, first, last, &arm});
+    }
+    std::ranges::sort(runs, {}, [](const Run& run) { return std::pair(run.row, run.first_lane); });
+    using LastLaneAndTrack = std::pair<std::uint32_t, std::uint32_t>;
+    std::priority_queue<LastLaneAndTrack, std::vector<LastLaneAndTrack>, std::greater<>> taken;
+    std::uint32_t row = 0;
+    for (const Run& run : runs) {
+      if (run.row != row) taken = {};
+      row = run.row;
+      auto track = static_cast<std::uint32_t>(taken.size());
+      if (!taken.empty() && taken.top().first < run.first_lane) {
+        track = taken.top().second;
+        taken.pop();
+      }
+      taken.emplace(run.last_lane, track);
+      add_arm(*run.arm, track);
+    }
   }
 
   static void add_joint(Route& route, std::uint32_t lane, std::uint32_t lane_below, std::uint32_t row_below) {
@@ -158,16 +192,16 @@ class Drawing {
     route.add({lane_below, level_of(row_below)});
   }
 
-  void add_arm(const Arm& arm) {
+  void add_arm(const Arm& arm, std::uint32_t track) {
     const Link& link = graph_.links[arm.link];
     const NodeId from = river_.node_of[link.from];
     const NodeId to = river_.node_of[link.to];
     const std::uint32_t row = river_.nodes[from].row;
-    const std::uint32_t lane = lanes_[arm.channel == no_node ? to : arm.channel];
+    const std::uint32_t lane = lanes_[arm.channel];
     Route route;
     route.add({lanes_[from], level_of(row)});
-    route.add({lanes_[from], leaving_level(row)});
-    route.add({lane, leaving_level(row)});
+    route.add({lanes_[from], leaving_level(row), track});
+    route.add({lane, leaving_level(row), track});
     add_joint(route, lane, lanes_[to], river_.nodes[to].row);
     add_line(route, arm.link, true);
   }
@@ -195,7 +229,7 @@ class Drawing {
     for (std::size_t i = 0; i < plan_.nodes.size(); ++i) {
       PlanNode& node = plan_.nodes[i];
       node.at = sheet.place(contents_.things[i].lane, contents_.things[i].row);
-      node.label_at = {node.at.x + plan_.style.sign + label_gap, node.at.y};
+      node.label_at = {node.at.x + node.half + label_gap, node.at.y};
       if (node.end == End::none) continue;
       const double down = contents_.things[i].room.down;
       node.end_at = {node.at.x, node.at.y + down - 4.0};
@@ -241,6 +275,18 @@ class Drawing {
 };
 
 }  // namespace
+
+Style compact_style(std::uint32_t element_count) {
+  constexpr double least = 9.0;
+  constexpr double most = 60.0;
+  const double widest = std::clamp(std::sqrt(0.4 * element_count), least, most);
+  return {.detailed = false,
+          .type_size = 8.5,
+          .line_height = 9.5,
+          .sign = 5.5,
+          .thinnest = 1.4,
+          .widest = widest};
+}
 
 Plan plan_of(const Facts& facts, const Options& options) {
   return Drawing(facts, options).run();

@@ -32,8 +32,9 @@ enum class End : std::uint8_t {
 struct PlanNode {
   Element element = 0;
   char type = ' ';
-  Point at;        ///< of its sign
-  Point label_at;  ///< the middle of the left edge of its label
+  Point at;           ///< of its sign
+  double half = 0.0;  ///< the larger half width of its sign and of the line through it
+  Point label_at;     ///< the middle of the left edge of its label
   std::vector<TextLine> label;
   std::vector<char> folded;                ///< the types of the sources folded into it, each once
   std::optional<findings::Severity> mark;  ///< the gravest of its findings
@@ -90,9 +91,10 @@ struct Style {
   double thinnest = 1.2;  ///< line
   double widest = 12.0;   ///< line
 };
-/// For plans with few elements, and with many.
+/// For plans with few elements, and with many. The widest line grows with the plan, so that the rivers are
+/// seen when the whole page is in view.
 inline constexpr Style detailed_style{};
-inline constexpr Style compact_style{false, 8.5, 9.5, 5.5, 1.0, 9.0};
+Style compact_style(std::uint32_t element_count);
 
 /// A system plan with the place of everything on the page.
 struct Plan {

@@ -198,14 +198,10 @@ class Growth {
       river_.told_links.push_back(number);
       return;
     }
-    Arm arm{number};
-    const std::uint32_t rows = from.row - row_of(link.to) - 1;
-    if (rows > 0) {
-      arm.channel = static_cast<NodeId>(river_.nodes.size());
-      river_.nodes.push_back(
-          {.element = 0, .below = to, .link = number, .row = row_of(link.to) + 1, .rows = rows});
-    }
-    river_.arms.push_back(arm);
+    const std::uint32_t row = row_of(link.to);
+    river_.arms.push_back({number, static_cast<NodeId>(river_.nodes.size())});
+    river_.nodes.push_back(
+        {.element = 0, .below = to, .link = number, .row = row + 1, .rows = from.row - row});
   }
 
   void choose_stems() {

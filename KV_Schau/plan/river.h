@@ -12,7 +12,8 @@ namespace schau::plan {
 using NodeId = std::uint32_t;
 inline constexpr NodeId no_node = 0xFFFFFFFF;
 
-/// An element in the tree, or a channel: the way that an arm takes past the rows between its ends.
+/// An element in the tree, or a channel: the way that an arm takes down from the row of its upper end. It has
+/// a lane of its own there, so that no line runs along another.
 struct RiverNode {
   Element element = 0;         ///< 0: a channel
   NodeId below = no_node;      ///< what it joins; none at an end of the network
@@ -25,7 +26,7 @@ struct RiverNode {
 /// A link besides those of the tree: the smaller part of what a branching divides.
 struct Arm {
   std::uint32_t link = 0;
-  NodeId channel = no_node;  ///< none when its ends lie in neighbouring rows
+  NodeId channel = no_node;
 };
 
 /// The elements of a plan as trees, each with an end of the network at its foot.

@@ -113,6 +113,7 @@ class Sheet::Measuring {
   struct Demands {
     std::vector<double> left, right, up, down;  // by lane, by row
     std::vector<double> joining, leaving;       // by row: the widest line across on the level
+    std::vector<std::uint32_t> tracks;          // by row: of the level on which it leaves
     Room edges;                                 // of the strip, for the texts at its cuts
   };
 
@@ -151,6 +152,7 @@ class Sheet::Measuring {
     demands.down.assign(rows, 0.0);
     demands.joining.assign(rows, 0.0);
     demands.leaving.assign(rows, 0.0);
+    demands.tracks.assign(rows, 1);
     demands_.push_back(std::move(demands));
   }
 
@@ -184,7 +186,7 @@ class Sheet::Measuring {
       const bool runs_across = i + 1 < piece.points.size() && piece.points[i + 1].level == point.level;
       const bool leaves_strip = piece.end == Edge::left || piece.end == Edge::right ||
                                 piece.begin == Edge::left || piece.begin == Edge::right;
-      if (runs_across || leaves_strip) mark_level(demands, strip, point.level, line.width);
+      if (runs_across || leaves_strip) mark_level(demands, strip, point, line.width);
     }
     const auto note_edge = [&](Edge edge, const GridPoint& point) {
       if (edge == Edge::none) return;
@@ -199,10 +201,12 @@ class Sheet::Measuring {
     note_edge(piece.end, piece.points.back());
   }
 
-  static void mark_level(Demands& demands, const Strip& strip, std::uint32_t level, double width) {
-    const std::size_t row = row_of_level(level) - strip.first_row;
-    if (level % 3 == 1) raise(demands.joining[row], width);
-    if (level % 3 == 2) raise(demands.leaving[row], width);
+  static void mark_level(Demands& demands, const Strip& strip, const GridPoint& point, double width) {
+    const std::size_t row = row_of_level(point.level) - strip.first_row;
+    if (point.level % 3 == 1) raise(demands.joining[row], width);
+    if (point.level % 3 != 2) return;
+    raise(demands.leaving[row], width);
+    demands.tracks[row] = std::max(demands.tracks[row], point.track + 1);
   }
 
   static void set_places(Strip& strip, const Demands& demands) {
@@ -214,16 +218,19 @@ class Sheet::Measuring {
     }
     strip.width = x + demands.edges.right;
     strip.level_y.resize(3 * demands.up.size());
+    strip.track_pitch.resize(demands.up.size());
     double y = demands.edges.up;
     const auto level_room = [](double width) { return width > 0.0 ? width + 2.0 * level_gap : 0.0; };
     for (std::size_t row = demands.up.size(); row-- > 0;) {
       const double joining = level_room(demands.joining[row]);
-      const double leaving = level_room(demands.leaving[row]);
+      const double pitch = level_room(demands.leaving[row]);
+      const double leaving = pitch * demands.tracks[row];
+      strip.track_pitch[row] = pitch;
       strip.level_y[3 * row + 2] = y + joining / 2.0;
       y += joining + demands.up[row];
       strip.level_y[3 * row + 1] = y;
       y += demands.down[row];
-      strip.level_y[3 * row] = y + leaving / 2.0;
+      strip.level_y[3 * row] = y + pitch / 2.0;
       y += leaving + (row > 0 ? row_gap : 0.0);
     }
     strip.height = y + demands.edges.down;
@@ -314,8 +321,10 @@ void Sheet::arrange() {
 }
 
 Point Sheet::place(const Strip& strip, const GridPoint& point) const {
+  const double pitch =
+      point.track == 0 ? 0.0 : strip.track_pitch[row_of_level(point.level) - strip.first_row];
   return {strip.origin.x + strip.lane_x[point.lane - strip.first_lane],
-          strip.origin.y + strip.level_y[point.level + 1 - level_of(strip.first_row)]};
+          strip.origin.y + strip.level_y[point.level + 1 - level_of(strip.first_row)] + pitch * point.track};
 }
 
 Point Sheet::place(std::uint32_t lane, std::uint32_t row) const {

@@ -20,6 +20,7 @@ struct Point {
 struct GridPoint {
   std::uint32_t lane = 0;
   std::uint32_t level = 0;  ///< counts upwards, see `level_of`, `joining_level` and `leaving_level`
+  std::uint32_t track = 0;  ///< of a leaving level: lines side by side across it, from above
 
   bool operator==(const GridPoint&) const = default;
 };
@@ -86,8 +87,9 @@ struct Strip {
   Point origin;  ///< top left
   double width = 0.0;
   double height = 0.0;
-  std::vector<double> lane_x;   ///< by lane from `first_lane` on, from the origin
-  std::vector<double> level_y;  ///< by level, from the one on which `first_row` leaves, from the origin
+  std::vector<double> lane_x;       ///< by lane from `first_lane` on, from the origin
+  std::vector<double> level_y;      ///< by level, from the one on which `first_row` leaves, from the origin
+  std::vector<double> track_pitch;  ///< by row: between the tracks of the level on which it leaves
 };
 
 /// A piece of a line in one strip.

@@ -21,7 +21,7 @@ text{font-family:"Helvetica Neue",Arial,"Liberation Sans","DejaVu Sans",sans-ser
 .leise{fill:#5f6368}
 .warnt{fill:#b3261e}
 .wasser,.trocken,.einseitig,.rand{fill:none;stroke-linecap:round;stroke-linejoin:round}
-.wasser{stroke:#6aa5cf}
+.wasser{stroke:#5c9bc9}
 .trocken{stroke:#8a8f94;stroke-dasharray:2 4}
 .einseitig{stroke:#b3261e;stroke-dasharray:6 4}
 .rand{stroke:#fff}
@@ -282,13 +282,13 @@ class Writer {
         number(node.at.y));
     double y = node.at.y - 2.2 * folded_half * (static_cast<double>(node.folded.size()) - 1.0) / 2.0;
     for (const char type : node.folded) {
-      add("<use href=\"#f{}\" x=\"{}\" y=\"{}\"/>\n", type,
-          number(node.at.x - style.sign - folded_half - 1.0), number(y));
+      add("<use href=\"#f{}\" x=\"{}\" y=\"{}\"/>\n", type, number(node.at.x - node.half - folded_half - 1.0),
+          number(y));
       y += 2.2 * folded_half;
     }
     if (node.mark) {
       add("<use href=\"#m{}\" x=\"{}\" y=\"{}\"/>\n", static_cast<int>(*node.mark),
-          number(node.at.x - style.sign - 3.0), number(node.at.y - style.sign - 1.0));
+          number(node.at.x - node.half - 3.0), number(node.at.y - style.sign - 1.0));
     }
     const double lines = static_cast<double>(node.label.size());
     double baseline = node.label_at.y - lines * style.line_height / 2.0 + 0.82 * style.line_height;
