@@ -26,7 +26,7 @@ constexpr std::string_view types = "TVBPNKE";
 // Title and legend grow with the page.
 double scale_for(double width, double height) {
   constexpr double usual_size = 1100.0;
-  constexpr double largest = 8.0;
+  constexpr double largest = 64.0;
   return std::clamp(std::sqrt(width * height) / usual_size, 1.0, largest);
 }
 

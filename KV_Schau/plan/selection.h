@@ -12,7 +12,7 @@ namespace schau::plan {
 struct Options {
   bool unfold_sources = false;          ///< also when there are many elements
   Element above = 0;                    ///< only what drains into this element; 0: everything
-  std::optional<std::uint32_t> levels;  ///< only so many links upwards, from `above` or from the outlet
+  std::optional<std::uint32_t> levels{};  ///< only so many links upwards, from `above` or from the outlet
 };
 
 /// From so many elements on sources fold into the element that takes them in.
