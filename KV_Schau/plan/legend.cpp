@@ -141,6 +141,7 @@ void lay_out_page(Plan& plan, const Facts& facts, const Options& options, const 
   plan.title_at = {edge, edge + title_size * scale};
   const double top =
       plan.title_at.y + (static_cast<double>(plan.subtitle.size()) * line_height + 1.5 * margin) * scale;
+  plan.drawing_top = top - margin * scale;
   const Point shift{(plan.width - sheet.width()) / 2.0, top};
   const auto move = [&](Point& point) {
     point.x += shift.x;

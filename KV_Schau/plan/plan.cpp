@@ -213,6 +213,7 @@ class Drawing {
     line.to = link.to;
     line.width = line_width(link.area);
     line.is_arm = is_arm;
+    line.sealing = sealing_of(facts_.flow.total[link.from]);
     if (!link.is_named_at_both_ends()) {
       line.kind = LineKind::one_sided;
     } else if (link.part == 0.0) {

@@ -59,7 +59,8 @@ struct PlanLine {
   std::vector<Point> points;  ///< with the flow; corners are to be rounded
   double width = 0.0;
   LineKind kind = LineKind::water;
-  bool is_arm = false;  ///< not the larger part of what it comes from
+  bool is_arm = false;              ///< not the larger part of what it comes from
+  std::optional<double> sealing{};  ///< of all that drains into the element that it comes from, a fraction
   Edge begin = Edge::none;
   Edge end = Edge::none;
 };
@@ -105,6 +106,7 @@ struct Plan {
   std::string title;
   std::vector<std::string> subtitle;
   Point title_at;
+  double drawing_top = 0.0;  ///< where the heading ends
   std::vector<PlanNode> nodes;
   std::vector<PlanLine> lines;  ///< the widest last, arms before all others
   std::vector<EdgeText> edge_texts;

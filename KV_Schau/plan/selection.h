@@ -10,8 +10,8 @@ namespace schau::plan {
 
 /// What of a variant is to be drawn.
 struct Options {
-  bool unfold_sources = false;          ///< also when there are many elements
-  Element above = 0;                    ///< only what drains into this element; 0: everything
+  bool unfold_sources = false;            ///< also when there are many elements
+  Element above = 0;                      ///< only what drains into this element; 0: everything
   std::optional<std::uint32_t> levels{};  ///< only so many links upwards, from `above` or from the outlet
 };
 

@@ -7,7 +7,9 @@
 #include <cmath>
 #include <cstddef>
 #include <iterator>
+#include <map>
 #include <string_view>
+#include <tuple>
 
 #include "KV_Schau/plan/xml.h"
 
@@ -82,18 +84,20 @@ std::string rounded_path(const std::vector<Point>& points, double radius) {
   return path;
 }
 
-// The outline of a sign of a half height.
-std::string sign_path(char type, double half) {
+// The outline of a sign of a half height around a place.
+std::string sign_path(char type, double half, const Point& at = {}) {
   const auto polygon = [&](std::initializer_list<Point> corners) {
     std::string path;
     for (const Point& corner : corners) {
-      append_point(path, path.empty() ? 'M' : 'L', {corner.x * half, corner.y * half});
+      append_point(path, path.empty() ? 'M' : 'L', {at.x + corner.x * half, at.y + corner.y * half});
     }
     return path + 'Z';
   };
   const auto circle = [&](double radius) {
-    const std::string r = number(radius * half);
-    return fmt::format("M-{0} 0A{0} {0} 0 1 1 {0} 0A{0} {0} 0 1 1 -{0} 0Z", r);
+    const double r = radius * half;
+    const std::string left = number(at.x - r);
+    return fmt::format("M{0} {3}A{2} {2} 0 1 1 {1} {3}A{2} {2} 0 1 1 {0} {3}Z", left, number(at.x + r),
+                       number(r), number(at.y));
   };
   switch (type) {
     case 'N':
@@ -171,6 +175,25 @@ class Writer {
     return std::move(out_);
   }
 
+  std::string run_inline(const InlineForm& form) {
+    out_ += "<defs>";
+    add_mark_shapes();
+    out_ += "</defs>\n";
+    add_strips();
+    add_line_groups();
+    add_edge_texts();
+    for (const PlanNode& node : plan_.nodes) {
+      if (node.end != End::none) add_end(node);
+    }
+    add_sign_groups();
+    for (const PlanNode& node : plan_.nodes) {
+      if (node.mark) add_mark(node);
+      if (form.with_labels) add_label(node);
+    }
+    add_legend();
+    return std::move(out_);
+  }
+
  private:
   template <class... Arguments>
   void add(fmt::format_string<Arguments...> format, Arguments&&... arguments) {
@@ -185,11 +208,15 @@ class Writer {
       add("<path id=\"{0}\" class=\"{0} z\" d=\"{1}\"/>\n", type, sign_path(type, plan_.style.sign));
       add("<path id=\"f{0}\" class=\"{0} z\" d=\"{1}\"/>\n", type, sign_path(type, folded_half));
     }
+    add_mark_shapes();
+    add("</defs>\n<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n");
+  }
+
+  void add_mark_shapes() {
     for (const auto severity :
          {findings::Severity::note, findings::Severity::warning, findings::Severity::error}) {
       add("<g id=\"m{}\">{}</g>\n", static_cast<int>(severity), mark_shape(severity));
     }
-    add("</defs>\n<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n");
   }
 
   void add_strips() {
@@ -203,18 +230,55 @@ class Writer {
 
   void add_lines() {
     for (const PlanLine& line : plan_.lines) {
-      const std::string path = rounded_path(line.points, 1.4 * plan_.style.sign);
-      if (line.is_arm) {
-        add("<path class=\"rand\" stroke-width=\"{}\" d=\"{}\"/>\n", number(line.width + 3.0), path);
-      }
+      const std::string path = path_of(line);
+      if (line.is_arm) add_border(line, path);
       add("<path class=\"{}\" stroke-width=\"{}\" d=\"{}\"/>\n", class_of(line.kind), number(line.width),
           path);
     }
-    for (const PlanLine& line : plan_.lines) add_arrow(line);
+    for (const PlanLine& line : plan_.lines) {
+      if (const std::string arrow = arrow_path(line); !arrow.empty()) add_arrows(arrow);
+    }
   }
 
+  // Lines of one look are one path; the wider ones come later.
+  void add_line_groups() {
+    struct Group {
+      std::string classes;
+      std::string width;
+      std::string path;
+    };
+    std::map<std::tuple<bool, long, LineKind, std::string>, Group> groups;
+    std::string arrows;
+    for (const PlanLine& line : plan_.lines) {
+      const std::string path = path_of(line);
+      if (line.is_arm) add_border(line, path);
+      constexpr double steps = 4.0;
+      const std::string sealing =
+          line.sealing ? fmt::format(" b{}", sealing_class(*line.sealing)) : std::string();
+      Group& group = groups[{!line.is_arm, std::lround(line.width * steps), line.kind, sealing}];
+      group.classes = std::string(class_of(line.kind)) + sealing;
+      group.width = number(line.width);
+      group.path += path;
+      arrows += arrow_path(line);
+    }
+    for (const auto& [look, group] : groups) {
+      add("<path class=\"{}\" stroke-width=\"{}\" d=\"{}\"/>\n", group.classes, group.width, group.path);
+    }
+    if (!arrows.empty()) add_arrows(arrows);
+  }
+
+  [[nodiscard]] std::string path_of(const PlanLine& line) const {
+    return rounded_path(line.points, 1.4 * plan_.style.sign);
+  }
+
+  void add_border(const PlanLine& line, std::string_view path) {
+    add("<path class=\"rand\" stroke-width=\"{}\" d=\"{}\"/>\n", number(line.width + 3.0), path);
+  }
+
+  void add_arrows(std::string_view path) { add("<path class=\"pfeil\" d=\"{}\"/>\n", path); }
+
   // In the middle of the longest stretch across.
-  void add_arrow(const PlanLine& line) {
+  [[nodiscard]] std::string arrow_path(const PlanLine& line) const {
     const Point* begin = nullptr;
     double length = 3.0 * plan_.style.sign;
     for (std::size_t i = 1; i < line.points.size(); ++i) {
@@ -224,23 +288,23 @@ class Writer {
       length = std::abs(to.x - from.x);
       begin = &from;
     }
-    if (begin == nullptr) return;
+    if (begin == nullptr) return {};
     const Point& end = *std::next(begin);
     const double size = arrow_size(line.width);
     const double side = end.x > begin->x ? size : -size;
     const Point middle{(begin->x + end.x) / 2.0, begin->y};
-    add_triangle({middle.x + side, middle.y}, {middle.x - side, middle.y - size},
-                 {middle.x - side, middle.y + size});
+    return triangle({middle.x + side, middle.y}, {middle.x - side, middle.y - size},
+                    {middle.x - side, middle.y + size});
   }
 
   static double arrow_size(double line_width) { return std::max(2.6, 0.42 * line_width + 1.0); }
 
-  void add_triangle(const Point& first, const Point& second, const Point& third) {
+  static std::string triangle(const Point& first, const Point& second, const Point& third) {
     std::string path;
     append_point(path, 'M', first);
     append_point(path, 'L', second);
     append_point(path, 'L', third);
-    add("<path class=\"pfeil\" d=\"{}Z\"/>\n", path);
+    return path + 'Z';
   }
 
   void add_text(const Point& at, double size, std::string_view text, std::string_view css_class,
@@ -261,8 +325,8 @@ class Writer {
           break;
         case Edge::bottom:
           add_text({text.at.x + gap + 2.0, text.at.y - gap}, size, text.text, "leise");
-          add_triangle({text.at.x, text.at.y + 4.0}, {text.at.x - 4.0, text.at.y - 3.0},
-                       {text.at.x + 4.0, text.at.y - 3.0});
+          add_arrows(triangle({text.at.x, text.at.y + 4.0}, {text.at.x - 4.0, text.at.y - 3.0},
+                              {text.at.x + 4.0, text.at.y - 3.0}));
           break;
         case Edge::left:
           add_text({text.at.x, text.at.y - gap}, size, text.text, "leise");
@@ -275,28 +339,54 @@ class Writer {
   }
 
   void add_node(const PlanNode& node) {
-    const Style& style = plan_.style;
     add("<g id=\"e{}\"><title>{}</title>\n", node.element, escaped(node.tip));
     if (node.end != End::none) add_end(node);
-    add("<use href=\"#{}\" x=\"{}\" y=\"{}\"/>\n", has_sign(node.type) ? node.type : 'P', number(node.at.x),
-        number(node.at.y));
-    double y = node.at.y - 2.2 * folded_half * (static_cast<double>(node.folded.size()) - 1.0) / 2.0;
+    add("<use href=\"#{}\" x=\"{}\" y=\"{}\"/>\n", sign_of(node), number(node.at.x), number(node.at.y));
+    for_folded(node, [&](char type, const Point& at) {
+      add("<use href=\"#f{}\" x=\"{}\" y=\"{}\"/>\n", type, number(at.x), number(at.y));
+    });
+    if (node.mark) add_mark(node);
+    add_label(node);
+    add("</g>\n");
+  }
+
+  // Signs of one type are one path.
+  void add_sign_groups() {
+    std::map<char, std::string> signs;
+    for (const PlanNode& node : plan_.nodes) {
+      signs[sign_of(node)] += sign_path(sign_of(node), plan_.style.sign, node.at);
+      for_folded(node, [&](char type, const Point& at) { signs[type] += sign_path(type, folded_half, at); });
+    }
+    for (const auto& [type, path] : signs) add("<path class=\"{} z\" d=\"{}\"/>\n", type, path);
+  }
+
+  static char sign_of(const PlanNode& node) { return has_sign(node.type) ? node.type : 'P'; }
+
+  // The signs of folded sources stand one above the other beside the sign of their element.
+  template <class Do>
+  void for_folded(const PlanNode& node, const Do& act) const {
+    constexpr double step = 2.2 * folded_half;
+    Point at{node.at.x - node.half - folded_half - 1.0,
+             node.at.y - step * (static_cast<double>(node.folded.size()) - 1.0) / 2.0};
     for (const char type : node.folded) {
-      add("<use href=\"#f{}\" x=\"{}\" y=\"{}\"/>\n", type, number(node.at.x - node.half - folded_half - 1.0),
-          number(y));
-      y += 2.2 * folded_half;
+      act(type, at);
+      at.y += step;
     }
-    if (node.mark) {
-      add("<use href=\"#m{}\" x=\"{}\" y=\"{}\"/>\n", static_cast<int>(*node.mark),
-          number(node.at.x - node.half - 3.0), number(node.at.y - style.sign - 1.0));
-    }
+  }
+
+  void add_mark(const PlanNode& node) {
+    add("<use href=\"#m{}\" x=\"{}\" y=\"{}\"/>\n", static_cast<int>(*node.mark),
+        number(node.at.x - node.half - 3.0), number(node.at.y - plan_.style.sign - 1.0));
+  }
+
+  void add_label(const PlanNode& node) {
+    const Style& style = plan_.style;
     const double lines = static_cast<double>(node.label.size());
     double baseline = node.label_at.y - lines * style.line_height / 2.0 + 0.82 * style.line_height;
     for (const TextLine& line : node.label) {
       add_text({node.label_at.x, baseline}, style.type_size, line.text, class_of(line.tone));
       baseline += style.line_height;
     }
-    add("</g>\n");
   }
 
   void add_end(const PlanNode& node) {
@@ -311,7 +401,7 @@ class Writer {
       return;
     }
     const double half = std::max(size, node.end_width / 2.0 + 2.5);
-    add_triangle(foot, {foot.x - half, foot.y - length}, {foot.x + half, foot.y - length});
+    add_arrows(triangle(foot, {foot.x - half, foot.y - length}, {foot.x + half, foot.y - length}));
     add_text({foot.x + node.end_width / 2.0 + 6.0, foot.y - 2.0}, plan_.style.type_size, node.end_text,
              "leise");
   }
@@ -376,6 +466,14 @@ class Writer {
 
 std::string to_svg(const Plan& plan) {
   return Writer(plan).run();
+}
+
+std::string inline_svg(const Plan& plan, const InlineForm& form) {
+  return Writer(plan).run_inline(form);
+}
+
+std::size_t sealing_class(double sealing) {
+  return static_cast<std::size_t>(std::ranges::lower_bound(sealing_limits, sealing) - sealing_limits.begin());
 }
 
 }  // namespace schau::plan
