@@ -72,6 +72,13 @@ bool is_source(const Variant& variant, Element element) {
   return m_System::type_of(variant.type(element)).is_source();
 }
 
+std::optional<double> station_of(const Facts& facts, Element element) {
+  const std::uint32_t line = facts.records.line[element];
+  if (facts.variant.type(element) != 'T' || line == 0) return std::nullopt;
+  if (!network::is_kind_2(facts.variant.file(FileId::trs).line(line))) return std::nullopt;
+  return facts.taken[element].value;
+}
+
 std::optional<double> sealing_of(const network::Areas& areas) {
   if (!std::isfinite(areas.all()) || areas.all() <= 0.0) return std::nullopt;
   return areas.impervious / areas.all();

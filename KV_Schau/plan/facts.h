@@ -36,6 +36,9 @@ struct Facts {
 /// A source: an element of type N, K or E.
 bool is_source(const variant::Variant& variant, Element element);
 
+/// The station (km) of a reach of kind 2; nothing for all others.
+std::optional<double> station_of(const Facts& facts, Element element);
+
 /// The degree of sealing of all that drains into an element: impervious by total area. Nothing without area.
 std::optional<double> sealing_of(const network::Areas& areas);
 

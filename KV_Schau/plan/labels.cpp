@@ -22,14 +22,6 @@ std::string shown_name(const Facts& facts, variant::NameKey name) {
   return variant::shown(variant::text_of(name), facts.variant.file(FileId::sys).encoding());
 }
 
-// The station of a reach of kind 2.
-std::optional<double> station_of(const Facts& facts, Element element) {
-  const std::uint32_t line = facts.records.line[element];
-  if (facts.variant.type(element) != 'T' || line == 0) return std::nullopt;
-  if (!network::is_kind_2(facts.variant.file(FileId::trs).line(line))) return std::nullopt;
-  return facts.taken[element].value;
-}
-
 bool has_area(char type) {
   return m_System::type_of(type).own_area != m_System::OwnArea::none;
 }
