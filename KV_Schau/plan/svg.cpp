@@ -176,6 +176,7 @@ class Writer {
   }
 
   std::string run_inline(const InlineForm& form) {
+    is_inline_ = true;
     out_ += "<defs>";
     add_mark_shapes();
     out_ += "</defs>\n";
@@ -253,8 +254,7 @@ class Writer {
       const std::string path = path_of(line);
       if (line.is_arm) add_border(line, path);
       constexpr double steps = 4.0;
-      const std::string sealing =
-          line.sealing ? fmt::format(" b{}", sealing_class(*line.sealing)) : std::string();
+      const std::string sealing = sealing_words(line.sealing);
       Group& group = groups[{!line.is_arm, std::lround(line.width * steps), line.kind, sealing}];
       group.classes = std::string(class_of(line.kind)) + sealing;
       group.width = number(line.width);
@@ -265,6 +265,11 @@ class Writer {
       add("<path class=\"{}\" stroke-width=\"{}\" d=\"{}\"/>\n", group.classes, group.width, group.path);
     }
     if (!arrows.empty()) add_arrows(arrows);
+  }
+
+  // The further class of a line in a page.
+  [[nodiscard]] std::string sealing_words(const std::optional<double>& sealing) const {
+    return is_inline_ && sealing ? fmt::format(" b{}", sealing_class(*sealing)) : "";
   }
 
   [[nodiscard]] std::string path_of(const PlanLine& line) const {
@@ -393,8 +398,9 @@ class Writer {
     const double size = arrow_size(node.end_width);
     const Point& foot = node.end_at;
     const double length = node.end == End::dead_end ? 8.0 : size * 2.0;
-    add("<path class=\"wasser\" stroke-linecap=\"butt\" stroke-width=\"{}\" d=\"M{} {}V{}\"/>\n",
-        number(node.end_width), number(node.at.x), number(node.at.y), number(foot.y - length));
+    add("<path class=\"wasser{}\" stroke-linecap=\"butt\" stroke-width=\"{}\" d=\"M{} {}V{}\"/>\n",
+        sealing_words(node.sealing), number(node.end_width), number(node.at.x), number(node.at.y),
+        number(foot.y - length));
     if (node.end == End::dead_end) {
       add("<path class=\"einseitig\" style=\"stroke-dasharray:none\" stroke-width=\"3\" d=\"M{} {}H{}\"/>\n",
           number(foot.x - 8.0), number(foot.y - length), number(foot.x + 8.0));
@@ -459,6 +465,7 @@ class Writer {
   static constexpr double folded_half = 3.2;
 
   const Plan& plan_;
+  bool is_inline_ = false;
   std::string out_;
 };
 

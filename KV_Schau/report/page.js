@@ -208,6 +208,7 @@
   const kind = byId('art');
   const pageSize = 200;
   const mostPrinted = 3000;
+  const mostOpened = 100;
   const largest = rows.reduce((most, row) => Math.max(most, row[TOTAL] || 0), 0);
   const searched = rows.map((row) => `${row[NAME]} ${row[DESCRIPTION]}`.toLocaleLowerCase('de'));
   let chosen = [];
@@ -356,7 +357,8 @@
     fill(0, mostPrinted);
     byId('druckhinweis').textContent = chosen.length > mostPrinted
       ? `Gedruckt sind die ersten ${mostPrinted} von ${chosen.length} gewählten Elementen.` : '';
-    for (const details of document.querySelectorAll('details:not([open])')) {
+    const closed = [...document.querySelectorAll('details:not([open])')];
+    for (const details of closed.slice(0, mostOpened)) {
       details.dataset.closed = '';
       details.open = true;
     }

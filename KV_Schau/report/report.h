@@ -87,7 +87,7 @@ struct Report {
 };
 
 /// The most findings and losses that a report lists.
-inline constexpr std::size_t most_findings = 1000;
+inline constexpr std::size_t most_findings = 500;
 inline constexpr std::size_t most_losses = 50;
 
 /// Draws up the report. The areas of the reaches are those of the result table when it is whole and younger
