@@ -148,6 +148,9 @@ TEST_F(SystemTest, CountsTheElementsOfATypeUpToAPlace) {
   EXPECT_EQ(TypeOrdinal('V', 2), 1);
   EXPECT_EQ(TypeOrdinal('V', 3), 2);
   EXPECT_EQ(TypeOrdinal('V', 4), 3);
+  // Behind the last element there is nothing more to count.
+  EXPECT_EQ(TypeOrdinal('V', 5), 3);
+  EXPECT_EQ(TypeOrdinal('V', 1000), 3);
   EXPECT_EQ(TypeOrdinal('T', 4), 1);
   EXPECT_EQ(TypeOrdinal('T', 1), 0);
   EXPECT_EQ(TypeOrdinal('B', 4), 0);

@@ -88,16 +88,22 @@ std::string rounded_path(const std::vector<Point>& points, double radius) {
 std::string sign_path(char type, double half, const Point& at = {}) {
   const auto polygon = [&](std::initializer_list<Point> corners) {
     std::string path;
+    Point last;
     for (const Point& corner : corners) {
-      append_point(path, path.empty() ? 'M' : 'L', {at.x + corner.x * half, at.y + corner.y * half});
+      const Point place{corner.x * half, corner.y * half};
+      if (path.empty()) {
+        append_point(path, 'M', {at.x + place.x, at.y + place.y});
+      } else {
+        append_point(path, 'l', {place.x - last.x, place.y - last.y});
+      }
+      last = place;
     }
-    return path + 'Z';
+    return path + 'z';
   };
   const auto circle = [&](double radius) {
     const double r = radius * half;
-    const std::string left = number(at.x - r);
-    return fmt::format("M{0} {3}A{2} {2} 0 1 1 {1} {3}A{2} {2} 0 1 1 {0} {3}Z", left, number(at.x + r),
-                       number(r), number(at.y));
+    return fmt::format("M{0} {1}a{2} {2} 0 1 1 {3} 0a{2} {2} 0 1 1 -{3} 0z", number(at.x - r), number(at.y),
+                       number(r), number(2.0 * r));
   };
   switch (type) {
     case 'N':

@@ -165,15 +165,15 @@ json plan_data(const plan::Plan& plan, bool with_labels) {
   for (const plan::PlanLine& line : plan.lines) {
     json points = json::array();
     for (const plan::Point& point : line.points) {
-      points.push_back(rounded(point.x, 10.0));
-      points.push_back(rounded(point.y, 10.0));
+      points.push_back(std::lround(point.x));
+      points.push_back(std::lround(point.y));
     }
     lines.push_back({line.from, line.to, std::move(points)});
   }
-  return {{"width", plan.width},       {"top", plan.drawing_top},
-          {"height", plan.height},     {"typeSize", plan.style.type_size},
-          {"labelled", with_labels},   {"nodes", std::move(nodes)},
-          {"lines", std::move(lines)}, {"widest", plan.style.widest}};
+  return {{"width", plan.width},      {"top", plan.drawing_top},
+          {"height", plan.height},    {"typeSize", plan.style.type_size},
+          {"labelled", with_labels},  {"nodes", std::move(nodes)},
+          {"lines", std::move(lines)}};
 }
 
 // As the content of a script element, which nothing but its end tag ends.

@@ -139,7 +139,7 @@
       one.style.width = `${width}px`;
       one.style.height = `${width * (plan.height - plan.top) / plan.width}px`;
     }
-    light.setAttribute('stroke-width', Math.max(plan.widest, 3 / wanted));
+    light.setAttribute('stroke-width', Math.max(8, 4 / wanted));
     view.scrollLeft = middleX * wanted - view.clientWidth / 2;
     view.scrollTop = middleY * wanted - view.clientHeight / 2;
     writeLabels();
