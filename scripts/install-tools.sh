@@ -17,7 +17,7 @@ for package in "$@"; do
       wanted+=(g++ cmake ninja-build libcli11-dev libfmt-dev nlohmann-json3-dev libboost1.81-dev
         libkainjow-mustache-dev)
       ;;
-    @tests) wanted+=(libgtest-dev libgmock-dev libbenchmark-dev librsvg2-bin) ;;
+    @tests) wanted+=(libgtest-dev libgmock-dev libbenchmark-dev librsvg2-bin parallel) ;;
     *) wanted+=("$package") ;;
   esac
 done
