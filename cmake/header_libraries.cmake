@@ -16,6 +16,8 @@ kv_header_library(CLI11::CLI11 CLI)
 kv_header_library(fmt::fmt fmt)
 kv_header_library(nlohmann_json::nlohmann_json nlohmann)
 kv_header_library(Boost::headers boost)
+kv_header_library(kv_mustache kainjow)
+set(KAINJOW_MUSTACHE_INCLUDE ${folder} CACHE PATH "The folder of the mustache templates' headers")
 
 # What the headers need on the target.
 target_compile_definitions(fmt::fmt INTERFACE FMT_HEADER_ONLY)

@@ -150,11 +150,41 @@ bool is_link(const std::wstring& path) {
          (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK || found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
 }
 
+bool nothing_can_be_found(DWORD reason) {
+  switch (reason) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_ACCESS_DENIED:
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_PATHNAME:
+    case ERROR_DIRECTORY:
+    case ERROR_CANT_RESOLVE_FILENAME:
+    case ERROR_FILENAME_EXCED_RANGE:
+      return true;
+    default:
+      return false;
+  }
+}
+
 // Whole files.
 
-// Tells apart the runs that write into one folder at the same time.
-std::string own_name_beside(const std::string& path) {
-  return path + "." + std::to_string(::GetCurrentProcessId()) + ".neu";
+// The n-th name beside a file for the one that is to take its place.
+std::string own_name_beside(const std::string& path, int n) {
+  std::string name = path + "." + std::to_string(::GetCurrentProcessId());
+  if (n > 0) name += "-" + std::to_string(n);
+  return name + ".neu";
+}
+
+// Under the first such name that is free: before, another run may have had the same process number.
+HANDLE create_beside(const std::string& path, std::string& name) {
+  constexpr int most_names = 1000;
+  HANDLE handle = INVALID_HANDLE_VALUE;
+  for (int n = 0; n < most_names && handle == INVALID_HANDLE_VALUE; ++n) {
+    name = own_name_beside(path, n);
+    handle = open_path(system_path(name), GENERIC_READ | GENERIC_WRITE, CREATE_NEW);
+    if (handle == INVALID_HANDLE_VALUE && ::GetLastError() != ERROR_FILE_EXISTS) break;
+  }
+  return handle;
 }
 
 // False when another program keeps what stands there in its place.
@@ -182,11 +212,12 @@ class WindowsHost final : public Host {
   [[nodiscard]] char separator() const override { return '\\'; }
   [[nodiscard]] const char* line_end() const override { return "\r\n"; }
 
-  FileFacts look(const std::string& path) override {
+  FileFacts look(const std::string& path, std::error_code& reason) override {
     const std::wstring wide = system_path(path);
     const OwnHandle found(open_path(wide, FILE_READ_ATTRIBUTES, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS));
     FileFacts facts;
-    if (found.get() != INVALID_HANDLE_VALUE) facts_of(found.get(), facts);
+    const bool known = found.get() != INVALID_HANDLE_VALUE && facts_of(found.get(), facts);
+    if (!known && !nothing_can_be_found(::GetLastError())) reason = last_error();
     if (is_link(wide)) facts.linked = true;
     return facts;
   }
@@ -263,8 +294,7 @@ class WindowsHost final : public Host {
       reason = last_error();
       return successor;
     }
-    successor.path = own_name_beside(path);
-    const HANDLE handle = open_path(system_path(successor.path), GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
+    const HANDLE handle = create_beside(path, successor.path);
     if (handle == INVALID_HANDLE_VALUE) {
       reason = last_error();
     } else {

@@ -10,7 +10,7 @@ project=$PWD
 build=$project/build/package
 documents=/usr/share/doc/kv-akum
 
-scripts/install-tools.sh g++ cmake ninja-build libcli11-dev libfmt-dev nlohmann-json3-dev libboost1.81-dev \
+scripts/install-tools.sh @build \
   dpkg-dev file gzip lintian man-db
 
 fail() {

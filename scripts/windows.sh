@@ -7,8 +7,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build=$PWD/build/windows
-scripts/install-tools.sh g++-mingw-w64-x86-64-posix cmake ninja-build libcli11-dev libfmt-dev nlohmann-json3-dev \
-  libboost1.81-dev python3 unzip wine64 zip
+scripts/install-tools.sh @build g++-mingw-w64-x86-64-posix python3 unzip wine64 zip
 
 cmake --preset windows -DKV_TESTS=ON
 cmake --build --preset windows
