@@ -56,6 +56,8 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# Plans as PNG or PDF.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS librsvg2-bin)
 # The first line is the project's own description.
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "KV_Akum reads one variant of a river-basin model from fixed-column files,

@@ -10,8 +10,7 @@ project=$PWD
 build=$project/build/package
 documents=/usr/share/doc/kv-akum
 
-scripts/install-tools.sh @build \
-  dpkg-dev file gzip lintian man-db
+scripts/install-tools.sh @build dpkg-dev file gzip lintian man-db
 
 fail() {
   echo "$1" >&2
