@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the Debian package, looks it over with lintian, installs it, runs both programs on the installed example
-# and removes it again. A small project outside this one is built against the installed libraries too.
+# and removes it again.
 #   scripts/package.sh           all of it; installing needs root, or sudo without a password
 #   scripts/package.sh --build   only the package, in build/package
 set -euo pipefail
@@ -88,6 +88,3 @@ cd /
 for left in /usr/bin/KV_Akum /usr/bin/KV_Schau "$documents" /usr/share/man/de/man1/KV_Akum.1.gz; do
   [ ! -e "$left" ] || fail "$left is left behind"
 done
-
-echo "== libraries for other tools"
-"$project/tests/consumer/try.sh" "$build"

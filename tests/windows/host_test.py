@@ -151,6 +151,16 @@ class SchauTest(HostTest):
         table = (self.folder / "Tabelle Größe.csv").read_bytes()
         self.assertIn(b"\nT0010,", table.replace(b'"', b""))
 
+    def test_writes_plan_and_report_under_any_name(self):
+        self.put_example(self.folder, "Größe")
+        self.run_schau("rechnen", "-q", "Größe")
+        for command, file, beginning in (("plan", "Übersicht.svg", b"<"), ("bericht", "Übersicht.html", b"<!doctype html>")):
+            outcome = self.run_schau(command, "-o", file, "Größe")
+            self.assertLessEqual(outcome.returncode, 1, outcome.stderr)
+            written = (self.folder / file).read_bytes()
+            self.assertTrue(written.startswith(beginning), written[:100])
+            self.assertIn(b"T0010", written)
+
     def test_runs_variants_side_by_side(self):
         names = [f"var{number}" for number in range(4)]
         for name in names:
