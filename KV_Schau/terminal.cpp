@@ -31,6 +31,20 @@ bool set(const char* variable) {
 
 }  // namespace
 
+bool error_is_terminal() {
+#ifdef _WIN32
+  return _isatty(_fileno(stderr)) != 0;
+#else
+  return isatty(STDERR_FILENO) == 1;
+#endif
+}
+
+void write_progress(std::string_view text) {
+  const std::string line = "\r\x1B[K" + std::string(text);
+  std::fflush(stdout);
+  std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
 bool use_colours() {
   return output_is_terminal() && !set("NO_COLOR");
 }

@@ -19,4 +19,8 @@ bool finish_output();
 /// Writes a line to standard error.
 void write_error(std::string_view line);
 
+bool error_is_terminal();
+/// Puts a text in place of the last such text, in one line of the terminal at standard error.
+void write_progress(std::string_view text);
+
 }  // namespace schau

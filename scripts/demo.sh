@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the program, runs it on the example basin in a fresh folder and shows what it wrote.
+# Builds the programs, runs KV_Akum on the example basin in a fresh folder and shows what it wrote, then the same
+# run through KV_Schau.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -35,6 +36,9 @@ if [ -f "$variant.pkl" ]; then
 else
   echo "No protocol: the run had nothing to report."
 fi
+
+printf '\n==== KV_Schau rechnen %s\n' "$variant"
+"$build/bin/KV_Schau" rechnen "$variant"
 
 printf '\n== Files in %s\n' "$folder"
 ls -l
