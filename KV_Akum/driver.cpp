@@ -40,6 +40,15 @@ void require_system_file(const std::string& name) {
   runtime::keep_beside(file);
 }
 
+// No output of the run may be one of its inputs, and no other run may write the same outputs.
+void secure_inputs(const std::string& name) {
+  for (const std::string_view extension : {".sys", ".nfl", ".kfl", ".trs", ".ver"}) {
+    runtime::protect(m_System::file_name_of(name, extension).view());
+  }
+  runtime::protect("fehlercode.ex");
+  runtime::lock(m_System::file_name_of(name, ".sys").view());
+}
+
 void start_protocol(const std::string& name) {
   const std::string label = "KARVOS " + std::string(variant_list.ProgramLabel.view());
   m_WLM_error::report("INIT", {.text1 = name + ".pkl", .text2 = label});
@@ -55,10 +64,10 @@ bool ChooseVariantFile(std::string_view title, std::span<const SCRENIX::FileFilt
 void ReadAllInputs(std::string_view variant_name) {
   m_System::ReadSystemFile(variant_name);
   if (m_WLM_error::ErrorLevel > 1) return;
-  if (m_System::system_logic.count_N > 0) m_Einleiter::ReadNaturalAreas(variant_name);
-  if (m_System::system_logic.count_K > 0) m_Einleiter::ReadCanalisedAreas(variant_name);
-  if (m_System::system_logic.count_T > 0) m_Gerinne::ReadReaches(variant_name);
-  if (m_System::system_logic.count_V > 0) m_Bauwerke::ReadBranchings(variant_name);
+  if (m_System::system_logic.count('N') > 0) m_Einleiter::ReadNaturalAreas(variant_name);
+  if (m_System::system_logic.count('K') > 0) m_Einleiter::ReadCanalisedAreas(variant_name);
+  if (m_System::system_logic.count('T') > 0) m_Gerinne::ReadReaches(variant_name);
+  if (m_System::system_logic.count('V') > 0) m_Bauwerke::ReadBranchings(variant_name);
 }
 
 void ProgramDriver() {
@@ -66,7 +75,9 @@ void ProgramDriver() {
   if (variant_list.VariantCount == 0) choose_variant();
   const std::string name(variant_list.VariantNames.at(1).trimmed());
   if (variant_list.VariantCount != 0) require_system_file(name);
+  // Every program of the suite takes its variant's path apart; this one needs none of the parts.
   m_strings::SplitPath(variant_list.VariantNames.at(1).view());
+  secure_inputs(name);
   start_protocol(name);
   ReadAllInputs(name);
   if (m_WLM_error::ErrorLevel < 2) AccumulateAreas(name);

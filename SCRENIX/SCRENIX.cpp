@@ -7,6 +7,7 @@
 #include "runtime/format.h"
 #include "runtime/stop.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 
 namespace SCRENIX {
 
@@ -77,17 +78,17 @@ void remove_dialog_box(std::int32_t /*dialog*/) {}
 void process_events() {}
 
 void screnix_error(std::string_view message) {
-  runtime::write(runtime::standard_output_unit, runtime::format<"(1x,a)">, {message});
+  runtime::write<"(1x,a)">(runtime::standard_output_unit, message);
   runtime::stop("screnix_error() not implemented");
 }
 
 void screnix_error1(std::int32_t number, std::string_view message) {
-  runtime::write(runtime::standard_output_unit, runtime::format<"(1x,i11,1x,a)">, {number, message});
+  runtime::write<"(1x,i11,1x,a)">(runtime::standard_output_unit, number, message);
   runtime::stop("screnix_error1() not implemented");
 }
 
 void screnix_error2(std::string_view message) {
-  runtime::write(runtime::standard_output_unit, runtime::format<"(1x,a)">, {message});
+  runtime::write<"(1x,a)">(runtime::standard_output_unit, message);
   runtime::stop("screnix_error2() not implemented");
 }
 

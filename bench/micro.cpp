@@ -7,11 +7,13 @@
 #include <string>
 #include <vector>
 
+#include "m_System/companion_file.h"
+#include "m_System/filled_tables.h"
 #include "m_System/m_System.h"
 #include "m_System/name_index.h"
-#include "m_System/record_search.h"
 #include "runtime/edit_input.h"
 #include "runtime/edit_output.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
 
 // The steps that a run repeats for every line: each alone, in time per line, number or name.
@@ -51,12 +53,12 @@ std::string area_line(std::int32_t number) {
 
 void fill_system(std::int32_t count) {
   m_System::reset();
-  m_System::system_logic.total_count = count;
+  m_System::filled_tables.total_count = count;
   m_System::AllocateSystemTables();
-  for (std::int32_t i = 1; i <= count; ++i) m_System::system_logic.name.at(i) = element_name(i);
+  for (std::int32_t i = 1; i <= count; ++i) m_System::filled_tables.name.at(i) = element_name(i);
 }
 
-void CutRecords(benchmark::State& state, std::string_view line_end) {
+void cut_records(benchmark::State& state, std::string_view line_end) {
   constexpr std::int64_t lines = 100'000;
   std::string text;
   for (std::int64_t i = 0; i < lines; ++i) text.append(70, 'x').append(line_end);
@@ -65,63 +67,58 @@ void CutRecords(benchmark::State& state, std::string_view line_end) {
   while (state.KeepRunning()) {
     runtime::rewind(unit);
     std::string_view line;
-    while (runtime::read_line(unit, 100, line) == runtime::ReadStatus::good) benchmark::DoNotOptimize(line);
+    for (runtime::LineReader reader(unit, 100); reader.next(line);) benchmark::DoNotOptimize(line);
   }
   runtime::close(unit);
   state.SetItemsProcessed(state.iterations() * lines);
 }
-BENCHMARK_CAPTURE(CutRecords, lf, "\n");
-BENCHMARK_CAPTURE(CutRecords, crlf, "\r\n");
-BENCHMARK_CAPTURE(CutRecords, cr, "\r");
+BENCHMARK_CAPTURE(cut_records, lf, "\n");
+BENCHMARK_CAPTURE(cut_records, crlf, "\r\n");
+BENCHMARK_CAPTURE(cut_records, cr, "\r");
 
-void EditIn(benchmark::State& state, std::string_view field) {
+void edit_in(benchmark::State& state, std::string_view field) {
   while (state.KeepRunning()) {
     benchmark::DoNotOptimize(field);
     benchmark::DoNotOptimize(runtime::edit_single(field));
   }
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK_CAPTURE(EditIn, area, "1.250");
-BENCHMARK_CAPTURE(EditIn, exponent, "125e9");
-BENCHMARK_CAPTURE(EditIn, far_exponent, "1e-30");
-BENCHMARK_CAPTURE(EditIn, blank, "     ");
+BENCHMARK_CAPTURE(edit_in, area, "1.250");
+BENCHMARK_CAPTURE(edit_in, exponent, "125e9");
+BENCHMARK_CAPTURE(edit_in, far_exponent, "1e-30");
+BENCHMARK_CAPTURE(edit_in, blank, "     ");
 
-void EditOutFixed(benchmark::State& state, double value) {
-  std::string out;
+void edit_out_fixed(benchmark::State& state, double value) {
+  const runtime::Value field(value);
   while (state.KeepRunning()) {
-    out.clear();
-    runtime::append_fixed(out, 10, 3, value);
-    benchmark::DoNotOptimize(out);
+    benchmark::DoNotOptimize(runtime::formatted(runtime::format<"(f10.3)">, {&field, 1}));
   }
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK_CAPTURE(EditOutFixed, area, 1234.5);
-BENCHMARK_CAPTURE(EditOutFixed, zero, 0.0);
-BENCHMARK_CAPTURE(EditOutFixed, too_wide, 1.0E20);
+BENCHMARK_CAPTURE(edit_out_fixed, area, 1234.5);
+BENCHMARK_CAPTURE(edit_out_fixed, zero, 0.0);
+BENCHMARK_CAPTURE(edit_out_fixed, too_wide, 1.0E20);
 
-void EditOutListingLine(benchmark::State& state) {
+void edit_out_listing_line(benchmark::State& state) {
   const auto& layout = runtime::format<"(6(a,1x),6i4)">;
-  std::string out;
   while (state.KeepRunning()) {
-    out.clear();
     const std::array<runtime::Value, 12> values = {"T0010", "N0010", "K0010", "     ", "T0020", "     ",
                                                    3,       1,       2,       0,       4,       0};
-    runtime::append_formatted(out, layout, values, "\n");
-    benchmark::DoNotOptimize(out);
+    benchmark::DoNotOptimize(runtime::formatted(layout, values));
   }
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(EditOutListingLine);
+BENCHMARK(edit_out_listing_line);
 
-void IndexNames(benchmark::State& state) {
+void index_names(benchmark::State& state) {
   fill_system(static_cast<std::int32_t>(state.range(0)));
   while (state.KeepRunning()) benchmark::DoNotOptimize(m_System::index_names(m_System::system_logic));
   state.SetItemsProcessed(state.iterations() * state.range(0));
   m_System::reset();
 }
-BENCHMARK(IndexNames)->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
+BENCHMARK(index_names)->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
 
-void FindName(benchmark::State& state) {
+void find_name(benchmark::State& state) {
   const auto count = static_cast<std::int32_t>(state.range(0));
   fill_system(count);
   const m_System::NameIndex index = m_System::index_names(m_System::system_logic);
@@ -134,27 +131,27 @@ void FindName(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations());
   m_System::reset();
 }
-BENCHMARK(FindName)->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
+BENCHMARK(find_name)->Arg(1'000)->Arg(100'000)->Arg(1'000'000);
 
-void FindRecords(benchmark::State& state, bool reversed) {
+void find_lines(benchmark::State& state, bool reversed) {
   const auto count = static_cast<std::int32_t>(state.range(0));
   fill_system(count);
   std::string text;
   for (std::int32_t i = 1; i <= count; ++i) text += area_line(reversed ? count + 1 - i : i);
   const TemporaryFile file(text);
+  const m_System::CompanionKind areas{
+      .extension = "", .type = 'N', .numbered_with = 'N', .allocate = nullptr, .read = nullptr};
   while (state.KeepRunning()) {
-    runtime::open(unit, file.path(), runtime::OpenStatus::old);
-    m_System::RecordSearch search{.unit = unit};
-    for (std::int32_t i = 1; i <= count; ++i) {
-      benchmark::DoNotOptimize(m_System::find_record(search, i));
-    }
-    runtime::close(unit);
+    m_System::CompanionFile lines(file.path(), areas);
+    lines.open();
+    for (std::int32_t i = 1; i <= count; ++i) benchmark::DoNotOptimize(lines.find(i));
+    lines.close();
   }
   state.SetItemsProcessed(state.iterations() * count);
   m_System::reset();
 }
-BENCHMARK_CAPTURE(FindRecords, system_order, false)->Arg(1'000)->Arg(100'000);
-BENCHMARK_CAPTURE(FindRecords, reversed, true)->Arg(1'000)->Arg(100'000);
+BENCHMARK_CAPTURE(find_lines, system_order, false)->Arg(1'000)->Arg(100'000);
+BENCHMARK_CAPTURE(find_lines, reversed, true)->Arg(1'000)->Arg(100'000);
 
 }  // namespace
 

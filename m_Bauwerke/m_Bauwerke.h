@@ -16,7 +16,7 @@ struct BranchingTables {
   runtime::OneBased<std::int32_t> code;  ///< K; 1 to 3 are known to the suite, above 3 is reported
   runtime::OneBased<float> share;        ///< fraction that takes the first outflow (the file gives per cent)
 };
-extern BranchingTables branching_tables;
+extern const BranchingTables& branching_tables;
 
 /// Copies the counts from the system logic and allocates the tables, zeroed. Returns 0, or
 /// `m_WLM_error::allocation_failed`.

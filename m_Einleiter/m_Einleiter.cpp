@@ -3,16 +3,17 @@
 #include <algorithm>
 #include <array>
 
+#include "m_Einleiter/filled_tables.h"
+#include "m_System/companion_file.h"
 #include "m_System/m_System.h"
-#include "m_System/record_search.h"
 #include "m_WLM_error/m_WLM_error.h"
 #include "runtime/format.h"
-#include "runtime/units.h"
+#include "runtime/read.h"
+#include "runtime/read_fields.h"
 
 namespace m_Einleiter {
 namespace {
 
-using m_System::FileName;
 using m_System::system_logic;
 using m_WLM_error::report;
 
@@ -25,13 +26,6 @@ struct AreaUnit {
 };
 // In the order of the test: the first keyword found in a line's unit columns wins.
 constexpr std::array<AreaUnit, 3> area_units = {{{"qkm", 1.0F}, {"ha", 0.01F}, {"qm", 1.0e-6F}}};
-
-// What the two area files differ in.
-struct AreaFile {
-  std::string_view extension;
-  char type;
-  runtime::ReadStatus (*read_data)(std::string_view line, float& area, float& sealing);
-};
 
 // The number of the unit that a line sets, from 1; 0 for a line that sets none.
 std::int32_t unit_of_line(std::string_view line) {
@@ -47,72 +41,47 @@ std::int32_t unit_of_line(std::string_view line) {
 }
 
 void set_unit(std::int32_t number) {
-  if (number == 0) return;
   const AreaUnit& unit = area_units[static_cast<std::size_t>(number) - 1];
-  source_tables.unit_factor = unit.factor;
-  source_tables.unit_name = unit.keyword;
+  filled_tables.unit_factor = unit.factor;
+  filled_tables.unit_name = unit.keyword;
 }
 
-runtime::ReadStatus read_natural(std::string_view line, float& area, float& sealing) {
-  return runtime::read_fields(line, runtime::format<"(10X,2F5.0)">, {area, sealing});
+constexpr m_System::LineMarks unit_lines{.mark_of = unit_of_line, .put_into_force = set_unit};
+
+void report_source(std::string_view code, const m_System::CompanionFile& file,
+                   const m_System::ElementLine& source, float sealing) {
+  const std::string_view name = system_logic.name.at(source.element).view();
+  report(code, {.text1 = file.name().view(), .text2 = name, .real1 = sealing});
 }
 
-runtime::ReadStatus read_canalised(std::string_view line, float& area, float& sealing) {
-  m_System::ElementName name;
-  return runtime::read_fields(line, runtime::format<"(3X,A5,2X,2F5.0)">,
-                              {std::span<char>(name.bytes), area, sealing});
-}
-
-void read_source(const AreaFile& file, const FileName& file_name, std::string_view line, std::int32_t element,
-                 std::int32_t source) {
-  float& area = source_tables.area.at(source);
-  float& sealing = source_tables.sealing.at(source);
-  const std::string_view name = system_logic.name.at(element).view();
-  const runtime::ReadStatus status = file.read_data(line, area, sealing);
-  area *= source_tables.unit_factor;
-  if (status == runtime::ReadStatus::bad_value) {
-    report("A03", {.text1 = file_name.view(), .text2 = name});
+// A number that cannot be read leaves its entry, and the ones behind it, as they were.
+void read_source(m_System::CompanionFile& file, const m_System::ElementLine& source) {
+  float& area = filled_tables.area.at(source.number);
+  float& sealing = filled_tables.sealing.at(source.number);
+  const bool good = runtime::read_fields(source.text, runtime::format<"(10X,2F5.0)">, {area, sealing});
+  area *= filled_tables.unit_factor;
+  if (!good) {
+    report_source("A03", file, source, sealing);
   } else if (sealing > highest_sealing) {
-    report("F02", {.text1 = file_name.view(), .text2 = name, .real1 = sealing});
+    report_source("F02", file, source, sealing);
   }
 }
 
-void read_sources(const AreaFile& file, const FileName& file_name, m_System::RecordSearch& search) {
-  std::int32_t source = 0;
-  for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
-    const char type = system_logic.type.at(i);
-    if (type != 'N' && type != 'K') continue;
-    ++source;
-    if (type != file.type) continue;
-    const m_System::FoundRecord record = m_System::find_record(search, i);
-    set_unit(record.last_mark);
-    if (!record.found) {
-      // The rest of the file is not read; it stays open to the end of the run.
-      report("A00", {.text1 = file_name.view(), .text2 = system_logic.name.at(i).view()});
-      return;
-    }
-    read_source(file, file_name, record.line, i, source);
-  }
-  runtime::close(search.unit);
-}
-
-void read_areas(const AreaFile& file, std::string_view variant_name, bool allocate) {
-  const FileName file_name = m_System::file_name_of(variant_name, file.extension);
-  m_System::RecordSearch search = m_System::OpenCompanionFile(file_name, file.type, unit_of_line);
-  if (search.unit == 0) return;
-  const std::int32_t status = allocate ? AllocateSourceTables() : 0;
-  if (m_System::ReadyToRead(search.unit, status)) read_sources(file, file_name, search);
+// The tables of both files are made by the first of the two readers.
+std::int32_t allocate_unless_natural_areas_were_read() {
+  return filled_tables.natural_count == 0 ? AllocateSourceTables() : 0;
 }
 
 }  // namespace
 
-SourceTables source_tables;
+SourceTables filled_tables;
+const SourceTables& source_tables = filled_tables;
 
 std::int32_t AllocateSourceTables() {
-  SourceTables& tables = source_tables;
-  tables.natural_count = system_logic.count_N;
-  tables.canalised_count = system_logic.count_K;
-  tables.E_count = system_logic.count_E;
+  SourceTables& tables = filled_tables;
+  tables.natural_count = system_logic.count('N');
+  tables.canalised_count = system_logic.count('K');
+  tables.E_count = system_logic.count('E');
   tables.source_count = tables.natural_count + tables.canalised_count;
   const std::int32_t entries = std::max(tables.natural_count, 1) + std::max(tables.canalised_count, 1);
   const bool area_ready = tables.area.allocate_zeroed(entries);
@@ -121,15 +90,25 @@ std::int32_t AllocateSourceTables() {
 }
 
 void ReadNaturalAreas(std::string_view variant_name) {
-  read_areas({".nfl", 'N', read_natural}, variant_name, true);
+  m_System::read_companion_file(variant_name, {.extension = ".nfl",
+                                               .type = 'N',
+                                               .numbered_with = 'K',
+                                               .allocate = AllocateSourceTables,
+                                               .read = read_source,
+                                               .marks = unit_lines});
 }
 
 void ReadCanalisedAreas(std::string_view variant_name) {
-  read_areas({".kfl", 'K', read_canalised}, variant_name, source_tables.natural_count == 0);
+  m_System::read_companion_file(variant_name, {.extension = ".kfl",
+                                               .type = 'K',
+                                               .numbered_with = 'N',
+                                               .allocate = allocate_unless_natural_areas_were_read,
+                                               .read = read_source,
+                                               .marks = unit_lines});
 }
 
 void reset() {
-  source_tables = SourceTables();
+  filled_tables = SourceTables();
 }
 
 }  // namespace m_Einleiter

@@ -21,7 +21,7 @@ struct SourceTables {
   float unit_factor = 1.0F;          ///< turns the value read into km²; kept from file to file
   runtime::FixedText<3> unit_name{"qkm"};
 };
-extern SourceTables source_tables;
+extern const SourceTables& source_tables;
 
 /// Copies the counts from the system logic and allocates both tables, zeroed. Returns 0, or
 /// `m_WLM_error::allocation_failed`.

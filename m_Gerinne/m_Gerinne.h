@@ -16,7 +16,7 @@ struct ReachTables {
   runtime::OneBased<float> first_value;    ///< columns 11-18 of its line; 0.0 for kind 1
   runtime::OneBased<float> station_value;  ///< columns 11-18 of the line below; 0.0 for kind 1
 };
-extern ReachTables reach_tables;
+extern const ReachTables& reach_tables;
 
 /// Copies the count from the system logic and allocates the tables, zeroed. Returns 0, or
 /// `m_WLM_error::allocation_failed`.

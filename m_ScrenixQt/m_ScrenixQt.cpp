@@ -12,7 +12,6 @@ constexpr std::int32_t button_ok = 0;
 constexpr std::int32_t buttons_yes_no = 4;
 constexpr std::int32_t second_button_default = 256;
 constexpr std::string_view fatal_title = "Schwerer Fehler: Nach <OK> erfolgt Programmabbruch!";
-constexpr std::size_t protocol_name_width = 500;
 
 bool asked_yes(std::string_view title, std::string_view text) {
   if (dialog_state.auto_yes != 0) return true;
@@ -58,12 +57,12 @@ std::int32_t AskCancel() {
   return 1;
 }
 
-std::int32_t AskViewProtocol(std::string_view title, std::span<const SCRENIX::FileFilter> filters) {
+std::int32_t AskViewProtocol(std::string_view title, std::span<const SCRENIX::FileFilter> filters,
+                             std::span<char, protocol_name_width> chosen_name, bool& chosen) {
   dialog_state.last_answer = SCRENIX::message_box("Protokolldatei anschauen?",
                                                   "Wollen Sie Fehler/Warnungen anschauen?", buttons_yes_no);
   if (dialog_state.last_answer == SCRENIX::answer_yes) {
-    runtime::FixedText<protocol_name_width> protocol_name;
-    SCRENIX::get_open_file_name(title, filters, protocol_name.bytes);
+    chosen = SCRENIX::get_open_file_name(title, filters, chosen_name);
   }
   return dialog_state.last_answer;
 }

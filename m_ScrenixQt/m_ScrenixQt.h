@@ -37,9 +37,15 @@ void ShowMessage(std::string_view title, std::string_view text, std::span<char> 
 /// which also clears `keep_running`; otherwise 1. In no language (blank or another word) nothing is asked.
 std::int32_t AskCancel();
 
+/// The length of a file name that the file chooser fills in.
+inline constexpr std::size_t protocol_name_width = 500;
+
 /// Asks whether the user wants to look at errors and warnings and returns the code of the answer. At a yes
-/// the file chooser opens with the given title and filters (a build without one ends the program there).
-std::int32_t AskViewProtocol(std::string_view title, std::span<const SCRENIX::FileFilter> filters);
+/// the file chooser opens with the four arguments: its title, its filters, the name that it begins with and
+/// fills in, and whether a file was chosen (a build without a chooser ends the program there). Otherwise name
+/// and flag stay as they are.
+std::int32_t AskViewProtocol(std::string_view title, std::span<const SCRENIX::FileFilter> filters,
+                             std::span<char, protocol_name_width> chosen_name, bool& chosen);
 
 inline constexpr std::int32_t most_status_windows = 99;
 inline constexpr std::int32_t status_fields = 9;
@@ -59,7 +65,7 @@ inline constexpr std::size_t status_text_width = 10000;
 /// "INIT" and "DESTROY" do not look at `field`. A window need not be shown to keep texts. Another word, or a
 /// window or field that does not exist, changes nothing.
 void status_window(std::int32_t window, std::int32_t field, std::string_view action,
-                  std::string_view text = {});
+                   std::string_view text = {});
 
 /// All 10000 characters of a field; none while nothing is kept for the window. The view stays valid until the
 /// window's "DESTROY".

@@ -1,31 +1,19 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
 
 #include "m_ScrenixQt/m_ScrenixQt.h"
 #include "m_System/element_types.h"
+#include "m_System/line_notes.h"
 #include "m_System/m_System.h"
 #include "m_System/name_index.h"
-#include "m_System/record_search.h"
 #include "m_WLM_error/m_WLM_error.h"
-#include "m_strings/m_strings.h"
-#include "runtime/fixed_text.h"
-#include "runtime/units.h"
+#include "runtime/read.h"
 
 namespace m_System {
 namespace {
 
 using m_WLM_error::report;
-using runtime::columns;
-
-// A plain loop: it is unrolled over the few letters, where a search would be a call.
-constexpr bool one_of(char letter, std::string_view letters) {
-  for (const char candidate : letters) {
-    if (candidate == letter) return true;
-  }
-  return false;
-}
 
 void report_names(std::string_view code, const ElementName& first) {
   report(code, {.text1 = first.view()});
@@ -74,7 +62,7 @@ void check_inflow_fields(std::int32_t i) {
   const SystemLogic& logic = system_logic;
   const ElementName& name = logic.name.at(i);
   const auto& inflow = logic.inflow_name.at(i);
-  if (one_of(logic.type.at(i), "NKE")) {
+  if (type_of(logic.type.at(i)).is_source()) {
     for (std::int32_t k = 1; k <= inflow_slots; ++k) {
       if (!inflow.at(k).blank()) report_names("Y05", name);
     }
@@ -84,10 +72,16 @@ void check_inflow_fields(std::int32_t i) {
   if (inflow.at(2).blank() && !inflow.at(3).blank()) report_names("Y07", name);
 }
 
-void check_two_outflows(const ElementName& name, char type, bool first_given, bool second_given) {
+void check_one_outflow(const ElementName& name, bool first_given, bool second_given) {
+  if (!first_given) report_names("Y08", name);
+  if (second_given) report_names("Y09", name);
+}
+
+void check_two_outflows(const ElementName& name, const ElementType& type, bool first_given,
+                        bool second_given) {
   if (first_given && !second_given) report_names("W02", name);
   if (!first_given && second_given) report_names("W01", name);
-  if (!first_given && !second_given) report_names(type == 'V' ? "Y10" : "W03", name);
+  if (!first_given && !second_given) report_names(type.fewest_outflows > 0 ? "Y10" : "W03", name);
 }
 
 void check_outflow_fields(std::int32_t i) {
@@ -95,18 +89,17 @@ void check_outflow_fields(std::int32_t i) {
   const ElementName& name = logic.name.at(i);
   const bool first_given = !logic.outflow_name.at(i).at(1).blank();
   const bool second_given = !logic.outflow_name.at(i).at(2).blank();
-  const char type = logic.type.at(i);
-  if (one_of(type, "NKETP")) {
-    if (!first_given) report_names("Y08", name);
-    if (second_given) report_names("Y09", name);
-  } else if (one_of(type, "VB")) {
+  const ElementType& type = type_of(logic.type.at(i));
+  if (type.is_structure()) {
     check_two_outflows(name, type, first_given, second_given);
+  } else if (type.most_outflows == 1) {
+    check_one_outflow(name, first_given, second_given);
   }
 }
 
 void check_tags(std::int32_t i) {
   const SystemLogic& logic = system_logic;
-  const bool tagged = one_of(logic.type.at(i), "VB") && !logic.tag3.at(i).blank();
+  const bool tagged = type_of(logic.type.at(i)).is_structure() && !logic.tag3.at(i).blank();
   if (tagged && logic.tag7.at(i).blank()) report_names("Y12", logic.name.at(i));
 }
 
@@ -177,33 +170,6 @@ bool stage_failed(std::string_view notice) {
   return true;
 }
 
-// Duplicate values.
-
-char value_class(char kind, std::string_view line) {
-  switch (kind) {
-    case 'E':
-      return m_strings::ClassifyField(columns<11, 16>(line).view());
-    case 'T':
-      return m_strings::ClassifyField(columns<11, 19>(line).view());
-    case 'V':
-      return m_strings::ClassifyField(columns<22, 26>(line).view());
-    case 'B':
-      return m_strings::ClassifyField(columns<24, 30>(line).view());
-    default:
-      return m_strings::ClassifyField(columns<11, 15>(line).view());
-  }
-}
-
-// A second value line is reported; the level of the last report.
-std::int32_t note_value(std::string_view file_name, std::int32_t i, std::int32_t level) {
-  std::int32_t& seen = system_logic.data_seen.at(i);
-  const bool repeated = seen == 1;
-  seen = 1;
-  if (!repeated) return level;
-  const std::string_view name = system_logic.name.at(i).view();
-  return m_WLM_error::MessageDispatcher("A14", {.text1 = file_name, .text2 = name});
-}
-
 }  // namespace
 
 void CheckSystemLogic() {
@@ -214,25 +180,9 @@ void CheckSystemLogic() {
 }
 
 std::int32_t CheckDuplicateData(char kind, std::string_view file_name, int unit) {
-  RecordSearch search{.unit = unit};
-  return CheckDuplicateData(kind, file_name, search);
-}
-
-std::int32_t CheckDuplicateData(char kind, std::string_view file_name, RecordSearch& search) {
-  const NameIndex& names = element_names();
-  LineNotes notes;
-  expect_records(notes, kind);
-  std::int32_t level = 0;
-  runtime::LineReader reader(search.unit, companion_line_width);
-  std::string_view line;
-  while (reader.next(line)) {
-    const std::int32_t i = first_of_name(names, columns<4, 8>(line));
-    note_line(notes, search.mark_of, line, i, reader);
-    if (i != 0 && value_class(kind, line) == 'R') level = note_value(file_name, i, level);
-  }
-  runtime::rewind(search.unit);
-  search.index = index_of(std::move(notes));
-  return level;
+  const LineNotes notes = note_lines(unit, kind, nullptr);
+  runtime::rewind(unit);
+  return report_duplicates(file_name, notes);
 }
 
 }  // namespace m_System

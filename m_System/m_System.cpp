@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <map>
 
+#include "m_System/filled_tables.h"
 #include "m_System/name_index.h"
-#include "m_System/system_tables.h"
 #include "m_WLM_error/m_WLM_error.h"
 
 namespace m_System {
@@ -28,13 +28,14 @@ std::int32_t counted_ordinal(char letter, std::int32_t i) {
 }
 
 template <class T>
-void allocate(runtime::OneBased<T>& table, std::int32_t count, std::int32_t& status) {
-  if (!table.allocate_zeroed(count)) status = m_WLM_error::allocation_failed;
+void allocate(runtime::OneBased<T>& table, std::int32_t count, std::int32_t& status, const T& initial = T{}) {
+  if (!table.allocate(count, initial)) status = m_WLM_error::allocation_failed;
 }
 
 }  // namespace
 
-SystemLogic system_logic;
+SystemLogic filled_tables;
+const SystemLogic& system_logic = filled_tables;
 
 std::int32_t ElementIndex(std::string_view name) {
   const bool fits = runtime::trimmed_length(name) <= sizeof(ElementName);
@@ -53,15 +54,20 @@ std::int32_t TypeOrdinal(char letter, std::int32_t i) {
   return counts.at(last);
 }
 
-std::int32_t allocate_unfilled_tables() {
-  SystemLogic& logic = system_logic;
+std::int32_t SystemLogic::count(char letter) const {
+  if (!is_element_type(letter)) return 0;
+  return type_counts[static_cast<std::size_t>(&type_of(letter) - element_types.data())];
+}
+
+std::int32_t AllocateSystemTables() {
+  SystemLogic& logic = filled_tables;
   forget_element_names();
   ordinals.clear();
   logic.element_count = logic.total_count;
   const std::int32_t entries = logic.element_count + 1;
   std::int32_t status = 0;
   allocate(logic.name, entries, status);
-  allocate(logic.type, entries, status);
+  allocate(logic.type, entries, status, ' ');
   allocate(logic.tag3, entries, status);
   allocate(logic.tag7, entries, status);
   allocate(logic.text17, entries, status);
@@ -70,30 +76,12 @@ std::int32_t allocate_unfilled_tables() {
   allocate(logic.inflow_index, entries, status);
   allocate(logic.outflow_index, entries, status);
   allocate(logic.data_seen, entries, status);
-  allocate(logic.mark, entries + 1, status);
-  return status;
-}
-
-void blank_texts_from(std::int32_t first) {
-  SystemLogic& logic = system_logic;
-  logic.name.fill_from(first, {});
-  logic.type.fill_from(first, ' ');
-  logic.tag3.fill_from(first, {});
-  logic.tag7.fill_from(first, {});
-  logic.text17.fill_from(first, {});
-  logic.inflow_name.fill_from(first, {});
-  logic.outflow_name.fill_from(first, {});
-  logic.mark.fill_from(1, ' ');
-}
-
-std::int32_t AllocateSystemTables() {
-  const std::int32_t status = allocate_unfilled_tables();
-  blank_texts_from(1);
+  allocate(logic.mark, entries + 1, status, ' ');
   return status;
 }
 
 void reset() {
-  system_logic = SystemLogic();
+  filled_tables = SystemLogic();
   forget_element_names();
   ordinals.clear();
 }

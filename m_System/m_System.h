@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 
@@ -17,12 +18,8 @@ using ElementName = runtime::FixedText<5>;
 struct SystemLogic {
   std::int32_t element_count = 0;  ///< N
   std::int32_t total_count = 0;    ///< element lines counted in `NAME.sys`; N is copied from it
-  std::int32_t count_N = 0;        ///< natural areas
-  std::int32_t count_K = 0;        ///< canalised areas
-  std::int32_t count_E = 0;        ///< sources without area
-  std::int32_t count_T = 0;        ///< transport reaches
-  std::int32_t count_V = 0;        ///< branchings
-  std::int32_t count_B = 0;        ///< basins
+  /// The element lines counted of each type, in the order of `element_types`.
+  std::array<std::int32_t, element_types.size()> type_counts{};
 
   runtime::OneBased<ElementName> name;
   runtime::OneBased<char> type;  ///< first character of the name
@@ -39,8 +36,11 @@ struct SystemLogic {
   runtime::OneBased<std::int32_t> data_seen;
   /// Kept for the other tools of the suite; the mark of position p stands at p + 1.
   runtime::OneBased<char> mark;
+
+  /// How many elements of a type `NAME.sys` has; 0 for a letter that is no type.
+  [[nodiscard]] std::int32_t count(char letter) const;
 };
-extern SystemLogic system_logic;
+extern const SystemLogic& system_logic;
 
 /// The position (1 .. N) of the first element of that name (blank-padded, case matters); 0 when there is
 /// none.
@@ -68,23 +68,14 @@ void ReadSystemFile(std::string_view variant_name);
 void CheckSystemLogic();
 
 /// Reports every element for which an open data file holds more than one value line ("A14"); `kind` is the
-/// element type whose value columns the file has: N, K, E, T, V or B. Returns the level of the last report,
-/// 0 without any; does not store it as the run's level. Leaves the unit rewound.
+/// element type whose value columns the file has: N, K, E, T, V or B. Each report's level becomes the run's;
+/// returns that of the last one, 0 without any. Leaves the unit rewound.
 std::int32_t CheckDuplicateData(char kind, std::string_view file_name, int unit);
 
 using FileName = runtime::FixedText<200>;
 
 /// The name of a variant's file: the name without trailing blanks, then the extension, cut at 200 characters.
 FileName file_name_of(std::string_view variant_name, std::string_view extension);
-
-/// Opens a file of the variant that must exist, on a free unit from 100, and tests it for the old DOS code
-/// page. Returns the unit, or 0 when the reader must give up: the user has been told then and the run's level
-/// is what the dispatcher returned for level 3.
-int OpenInputFile(const FileName& file_name);
-
-/// Folds an allocation's status into the run's level. False, with the file closed, when the reader must end:
-/// the level is above 1 or the system has no elements.
-bool ReadyToRead(int unit, std::int32_t allocation_status);
 
 /// Puts the module back into its state at the start of the program. For tests.
 void reset();

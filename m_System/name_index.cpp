@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <new>
 #include <optional>
+#include <random>
 
 namespace m_System {
 namespace {
@@ -16,24 +17,28 @@ constexpr std::uint64_t cells_an_element = 12;
 constexpr std::uint64_t cells_at_any_rate = 4096;
 constexpr std::uint64_t most_cells = std::uint64_t{1} << 30U;
 
-std::size_t hash_of(const ElementName& name) {
-  // The finaliser of MurmurHash3 (Austin Appleby, public domain) spreads the five bytes over the table.
-  std::uint64_t key = name.packed();
-  key ^= key >> 33U;
-  key *= 0xFF51AFD7ED558CCDU;
-  key ^= key >> 33U;
-  key *= 0xC4CEB9FE1A85EC53U;
-  key ^= key >> 33U;
-  return static_cast<std::size_t>(key);
+void draw_random_weights(NameIndex& index) {
+  std::mt19937 random(std::random_device{}());
+  for (auto& weights : index.weight) {
+    for (std::uint32_t& weight : weights) weight = static_cast<std::uint32_t>(random());
+  }
+}
+
+std::size_t hash_of(const NameIndex& index, const ElementName& name) {
+  std::uint32_t hash = 0;
+  for (std::size_t place = 0; place < NameIndex::name_length; ++place) {
+    hash ^= index.weight[place][static_cast<unsigned char>(name.bytes[place])];
+  }
+  return hash;
 }
 
 // The cell, from 1, that holds the first element of that name, or the free one where it would stand.
 std::int32_t hashed_cell(const NameIndex& index, const ElementName& name) {
   const auto mask = static_cast<std::size_t>(index.cells.size()) - 1;
-  for (std::size_t hash = hash_of(name);; ++hash) {
+  for (std::size_t hash = hash_of(index, name);; ++hash) {
     const auto cell = static_cast<std::int32_t>(hash & mask) + 1;
     const std::int32_t element = index.cells.at(cell);
-    if (element == 0 || system_logic.name.at(element) == name) return cell;
+    if (element == 0 || index.names->at(element) == name) return cell;
   }
 }
 
@@ -63,6 +68,7 @@ void allocate_cells(NameIndex& index, const SystemLogic& logic) {
   const std::uint64_t limit = std::min(cells_an_element * count + cells_at_any_rate, most_cells);
   const std::uint64_t spanned = weigh_characters(index, logic, limit);
   index.direct = spanned <= limit;
+  if (!index.direct) draw_random_weights(index);
   const std::uint64_t cells = index.direct ? spanned : std::bit_ceil(2 * count);
   if (cells > most_cells || !index.cells.allocate_zeroed(static_cast<std::int32_t>(cells)))
     throw std::bad_alloc();
@@ -76,6 +82,7 @@ std::int32_t cell_of(const NameIndex& index, const ElementName& name) {
 
 NameIndex index_names(const SystemLogic& logic) {
   NameIndex index;
+  index.names = &logic.name;
   if (logic.element_count < 1) return index;
   allocate_cells(index, logic);
   for (std::int32_t i = 1; i <= logic.element_count; ++i) {

@@ -5,15 +5,17 @@
 #include <vector>
 
 #include "m_System/element_types.h"
+#include "m_System/filled_tables.h"
+#include "m_System/input_file.h"
 #include "m_System/m_System.h"
 #include "m_System/name_index.h"
-#include "m_System/system_tables.h"
 #include "m_WLM_error/m_WLM_error.h"
 #include "m_files/m_files.h"
 #include "runtime/blocks.h"
 #include "runtime/fixed_text.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
-#include "runtime/write_record.h"
+#include "runtime/write.h"
 
 namespace m_System {
 namespace {
@@ -45,50 +47,26 @@ bool is_element_line(std::string_view line) {
          is_link_or_blank<70, 74>(line);
 }
 
-// Where an element line stands in the file; half as large as a view, as a large system has many of them.
-class ElementLine {
- public:
-  ElementLine(std::size_t begin, std::size_t length) : packed_(begin << length_bits | length) {}
-  [[nodiscard]] std::string_view in(std::string_view file) const {
-    return file.substr(packed_ >> length_bits, packed_ & longest);
+using Lines = std::vector<std::string_view, runtime::BlockAllocator<std::string_view>>;
+
+// The element lines from the unit's place on, up to the end of the file.
+Lines element_lines(int unit) {
+  Lines lines;
+  std::string_view line;
+  for (runtime::LineReader file(unit, line_width); file.next(line);) {
+    if (is_element_line(line)) lines.push_back(line);
   }
-
- private:
-  static constexpr unsigned length_bits = 7;
-  static constexpr std::uint64_t longest = (1U << length_bits) - 1;
-  static_assert(line_width <= longest);
-  std::uint64_t packed_;
-};
-using ElementLines = std::vector<ElementLine, runtime::BlockAllocator<ElementLine>>;
-
-void store_counts(const std::array<std::int32_t, 256>& counts) {
-  SystemLogic& logic = system_logic;
-  logic.count_N = counts['N'];
-  logic.count_K = counts['K'];
-  logic.count_E = counts['E'];
-  logic.count_T = counts['T'];
-  logic.count_V = counts['V'];
-  logic.count_B = counts['B'];
+  return lines;
 }
 
-// Counts the element lines of the file and says where they stand in it.
-ElementLines count_element_lines(int unit) {
-  // A line that names an element and its outflow is about this long.
-  constexpr std::size_t usual_line = 68;
-  ElementLines lines;
-  lines.reserve(runtime::unread_text(unit).size() / usual_line);
-  std::array<std::int32_t, 256> counts{};
-  runtime::LineReader reader(unit, line_width);
-  std::string_view line;
-  for (std::size_t begin = 0; reader.next(line); begin = reader.position().byte) {
-    if (!is_element_line(line)) continue;
-    ++counts[static_cast<unsigned char>(line[name_column - 1])];
-    lines.emplace_back(begin, line.size());
+void count_elements(const Lines& lines) {
+  SystemLogic& logic = filled_tables;
+  logic.type_counts = {};
+  for (const std::string_view line : lines) {
+    const ElementType& type = type_of(line[name_column - 1]);
+    ++logic.type_counts[static_cast<std::size_t>(&type - element_types.data())];
   }
-  store_counts(counts);
-  system_logic.total_count = static_cast<std::int32_t>(lines.size());
-  runtime::rewind(unit);
-  return lines;
+  logic.total_count = static_cast<std::int32_t>(lines.size());
 }
 
 void store_element(SystemLogic& logic, std::int32_t i, std::string_view line) {
@@ -102,24 +80,22 @@ void store_element(SystemLogic& logic, std::int32_t i, std::string_view line) {
 }
 
 // The lines behind the element that ends the system are counted, but not stored.
-void store_elements(int unit, const ElementLines& lines) {
-  SystemLogic& logic = system_logic;
-  const std::string_view text = runtime::unread_text(unit);
+void store_elements(const Lines& lines) {
+  SystemLogic& logic = filled_tables;
   std::int32_t i = 0;
-  for (const ElementLine line : lines) {
-    ++i;
-    store_element(logic, i, line.in(text));
-    if (logic.outflow_name.at(i).at(1) == "ENDE") break;
+  for (const std::string_view line : lines) {
+    store_element(logic, ++i, line);
+    if (logic.outflow_name.at(i).at(1) == "ENDE") return;
   }
-  blank_texts_from(i + 1);
 }
 
 // False when the reading must end.
-bool read_elements(int unit) {
-  const ElementLines lines = count_element_lines(unit);
-  m_WLM_error::ErrorLevel = std::max(m_WLM_error::ErrorLevel, allocate_unfilled_tables());
+bool read_elements(int unit, const FileName& file_name) {
+  const Lines lines = element_lines(unit);
+  count_elements(lines);
+  m_WLM_error::fold_allocation(AllocateSystemTables(), file_name.view());
   if (m_WLM_error::ErrorLevel > 1) return false;
-  store_elements(unit, lines);
+  store_elements(lines);
   return true;
 }
 
@@ -135,7 +111,7 @@ struct LinkResolver {
 };
 
 void resolve_links(const LinkResolver& links, std::int32_t i) {
-  SystemLogic& logic = system_logic;
+  SystemLogic& logic = filled_tables;
   for (std::int32_t k = 1; k <= inflow_slots; ++k) {
     logic.inflow_index.at(i).at(k) = links.element(logic.inflow_name.at(i).at(k));
   }
@@ -144,41 +120,43 @@ void resolve_links(const LinkResolver& links, std::int32_t i) {
   }
 }
 
-void list_element(runtime::LineWriter& listing, std::int32_t i) {
+void list_element(int unit, std::int32_t i) {
   const SystemLogic& logic = system_logic;
   const auto& inflow = logic.inflow_name.at(i);
   const auto& outflow = logic.outflow_name.at(i);
   const auto& inflow_at = logic.inflow_index.at(i);
   const auto& outflow_at = logic.outflow_index.at(i);
-  runtime::write_record<"(6(a,1x),6i4)">(listing, logic.name.at(i), inflow.at(1), inflow.at(2), inflow.at(3),
-                                         outflow.at(1), outflow.at(2), i, inflow_at.at(1), inflow_at.at(2),
-                                         inflow_at.at(3), outflow_at.at(1), outflow_at.at(2));
+  runtime::write<"(6(a,1x),6i4)">(unit, logic.name.at(i), inflow.at(1), inflow.at(2), inflow.at(3),
+                                  outflow.at(1), outflow.at(2), i, inflow_at.at(1), inflow_at.at(2),
+                                  inflow_at.at(3), outflow_at.at(1), outflow_at.at(2));
 }
 
 void link_and_list_elements() {
-  SystemLogic& logic = system_logic;
-  const int unit = m_files::free_unit(100);
-  runtime::open(unit, "code.pkl", runtime::OpenStatus::unknown);
-  runtime::write_line(unit, "code.pkl");
-  runtime::LineWriter listing(unit);
+  SystemLogic& logic = filled_tables;
   const LinkResolver links{element_names(), last_of_name(element_names(), {})};
+  const int unit = m_files::free_unit(100);
+  runtime::open(unit, "code.pkl", runtime::OpenStatus::whole);
+  runtime::write<"(a)">(unit, "code.pkl");
   for (std::int32_t i = 1; i <= logic.element_count; ++i) {
     resolve_links(links, i);
-    list_element(listing, i);
+    list_element(unit, i);
   }
+  runtime::complete(unit);
   if (logic.element_count > 0) logic.outflow_index.at(logic.element_count).at(1) = logic.element_count + 1;
 }
 
 }  // namespace
 
 void CountElements(int unit) {
-  count_element_lines(unit);
+  count_elements(element_lines(unit));
+  runtime::rewind(unit);
 }
 
 void ReadSystemFile(std::string_view variant_name) {
-  const int unit = OpenInputFile(file_name_of(variant_name, ".sys"));
+  const FileName file_name = file_name_of(variant_name, ".sys");
+  const int unit = open_input_file(file_name);
   if (unit == 0) return;
-  if (read_elements(unit)) {
+  if (read_elements(unit, file_name)) {
     link_and_list_elements();
     CheckSystemLogic();
   }

@@ -10,7 +10,10 @@
 #include "m_files/m_files.h"
 #include "runtime/cp1252.h"
 #include "runtime/fixed_text.h"
+#include "runtime/read.h"
+#include "runtime/stop.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 
 namespace m_WLM_error {
 namespace {
@@ -54,10 +57,10 @@ void append_line_to_list(std::string_view line) {
 void load_suppression_list() {
   state.suppression_list = "";
   const int unit = m_files::free_unit(first_unit);
-  state.suppression_active = runtime::try_open(unit, "fehlercode.ex", runtime::OpenStatus::old);
+  state.suppression_active = runtime::try_open(unit, "fehlercode.ex", runtime::OpenStatus::input);
   if (!state.suppression_active) return;
   std::string_view line;
-  while (runtime::read_line(unit, 100, line) == runtime::ReadStatus::good) append_line_to_list(line);
+  for (runtime::LineReader list(unit, 100); list.next(line);) append_line_to_list(line);
   runtime::close(unit);
 }
 
@@ -67,21 +70,23 @@ bool suppressed(std::string_view code) {
 
 // The protocol.
 
-// One that cannot be deleted is overwritten by the first message.
+// One that stays could be taken for that of this run, as long as nothing is found.
 void delete_old_protocol() {
-  if (!runtime::is_regular_output(state.protocol_path.trimmed())) return;
+  const std::string_view path = state.protocol_path.trimmed();
+  if (!runtime::is_regular_output(path)) return;
   const int unit = m_files::free_unit(first_unit);
-  if (runtime::try_open(unit, state.protocol_path.trimmed(), runtime::OpenStatus::unknown)) {
-    runtime::try_close(unit, runtime::CloseStatus::remove);
-  }
+  std::error_code reason;
+  const bool deleted = runtime::try_open(unit, path, runtime::OpenStatus::unknown, reason) &&
+                       runtime::try_close(unit, runtime::CloseStatus::remove, reason);
+  if (!deleted) runtime::report_io_error("Löschen"_w1252, path, reason);
 }
 
 void open_protocol() {
   state.header_pending = false;
   state.protocol_unit = m_files::free_unit(first_unit);
   runtime::open(state.protocol_unit, state.protocol_path.trimmed(), runtime::OpenStatus::unknown);
-  runtime::write_line(state.protocol_unit,
-                      std::string("Prüfprotokoll: "_w1252).append(state.run_label.trimmed()));
+  runtime::write<"(a)">(state.protocol_unit,
+                        std::string("Prüfprotokoll: "_w1252).append(state.run_label.trimmed()));
 }
 
 // Writing a message.
@@ -143,8 +148,8 @@ void handle(const catalogue::Group& group, const Values& values) {
   const std::span<const Entry> rows = catalogue::find_entry(group, values);
   if (rows.empty()) {
     state.current_level = severity(group.default_level, values);
-    runtime::write(state.protocol_unit, runtime::format<"(A,  '-Kommentar bei ', A, ' nicht definiert!')">,
-                   {values.code, values.texts[0]});
+    runtime::write<"(A,  '-Kommentar bei ', A, ' nicht definiert!')">(state.protocol_unit, values.code,
+                                                                      values.texts[0]);
     return;
   }
   state.current_level = severity(rows.front().level, values);
@@ -210,6 +215,14 @@ std::int32_t MessageDispatcher(std::string_view code, const MessageArguments& ar
 
 void report(std::string_view code, const MessageArguments& arguments) {
   ErrorLevel = MessageDispatcher(code, arguments);
+}
+
+void fold_allocation(std::int32_t status, std::string_view file_name) {
+  ErrorLevel = std::max(ErrorLevel, status);
+  if (status == 0) return;
+  std::string text = "Speichermangel: Tabellen zu \"";
+  text.append(runtime::trimmed(file_name)).append("\" nicht angelegt (ErrorLevel ");
+  runtime::tell(text.append(std::to_string(status)).append(")"));
 }
 
 void reset() {

@@ -43,6 +43,10 @@ std::int32_t MessageDispatcher(std::string_view code, const MessageArguments& ar
 /// Calls the dispatcher and stores what it returns as the run's level.
 void report(std::string_view code, const MessageArguments& arguments = {});
 
+/// Folds the status of an allocation into the run's level. A failed one is told on standard error, with the
+/// file whose tables it was for: it has no message.
+void fold_allocation(std::int32_t status, std::string_view file_name);
+
 /// Puts the module back into the state before "INIT", as at the start of the program. For tests.
 void reset();
 

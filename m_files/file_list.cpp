@@ -6,6 +6,8 @@
 #include "m_files/module_state.h"
 #include "runtime/command.h"
 #include "runtime/cp1252.h"
+#include "runtime/host.h"
+#include "runtime/read.h"
 #include "runtime/stop.h"
 #include "runtime/units.h"
 
@@ -113,7 +115,7 @@ template <class Keep>
 void scan_listing(int unit, const Filter& filter, Keep keep) {
   std::size_t name_place = std::string_view::npos;
   std::string_view line;
-  while (runtime::read_line(unit, line_width, line) == runtime::ReadStatus::good) {
+  for (runtime::LineReader listing(unit, line_width); listing.next(line);) {
     line = runtime::trimmed(line);
     const bool folder = contains(line, "<DIR>");
     if (name_place == std::string_view::npos) {
@@ -155,6 +157,12 @@ std::string listing_command(std::string_view path, std::string_view options) {
   return command.append(path).append("files.lis ").append(path).append(options);
 }
 
+// The suite's command interpreter lives where its separator does. Another one would not take the backslash of
+// the redirection for a separator and write the listing into a file that nobody knows of.
+bool has_the_suites_interpreter() {
+  return runtime::host().separator() == '\\';
+}
+
 }  // namespace
 
 void copy_file_list(const FileList& source, FileList& target) {
@@ -182,7 +190,7 @@ std::int32_t list_files(std::string_view path, std::string_view filter, ErrorTex
     return 0;
   }
   path = runtime::trimmed(path);
-  runtime::execute_command(listing_command(path, options));
+  if (has_the_suites_interpreter()) runtime::execute_command(listing_command(path, options));
   const int listing = free_unit(first_listing_unit);
   if (!open_listing(path, listing)) {
     std::string missing = "Pfad \"";

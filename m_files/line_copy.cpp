@@ -1,6 +1,8 @@
 #include "m_files/m_files.h"
 #include "m_files/module_state.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 
 namespace m_files {
 namespace {
@@ -64,8 +66,8 @@ std::int32_t copy_file_lines(std::string_view source, std::string_view target, s
   if (!input) return source_not_opened;
   const int output = target_unit(target);
   std::string_view line;
-  while (runtime::read_line(*input, line_width, line) == runtime::ReadStatus::good) {
-    runtime::write_line(output, runtime::trimmed(line));
+  for (runtime::LineReader source_lines(*input, line_width); source_lines.next(line);) {
+    runtime::write<"(a)">(output, runtime::trimmed(line));
   }
   runtime::close(*input, delete_source != 0 ? runtime::CloseStatus::remove : runtime::CloseStatus::keep);
   runtime::close(output);
@@ -75,12 +77,12 @@ std::int32_t copy_file_lines(std::string_view source, std::string_view target, s
 LineCopy copy_line(const UnitOrName& input, const UnitOrName& output, Line& line) {
   if (!line_copy.under_way && !begin_line_copy(input, output)) return LineCopy::source_missing;
   std::string_view record;
-  if (runtime::read_line(line_copy.input_unit, line_width, record) != runtime::ReadStatus::good) {
+  if (!runtime::LineReader(line_copy.input_unit, line_width).next(record)) {
     end_line_copy();
     return LineCopy::end_of_file;
   }
   line = record;
-  runtime::write_line(line_copy.output_unit, line.trimmed());
+  runtime::write<"(a)">(line_copy.output_unit, line.trimmed());
   return LineCopy::copied;
 }
 

@@ -124,7 +124,7 @@ using ErrorText = runtime::FixedText<200>;
 /// Fills `file_list` with the files of a folder that match the filter, numbers 0, and returns their count.
 /// The folder's listing is made by the command interpreter's "dir" with the given options, in the file
 /// "files.lis" of the folder itself, which is deleted again; the path ends with its backslash. Where the
-/// command fails the list is empty.
+/// command fails, and on a host that has another interpreter, the list is empty.
 ///
 /// The filter knows '*' and '?'; one directly beside the other is refused. A name matches when, in upper
 /// case and cut at 200 characters, it holds every literal piece of the filter in upper case:

@@ -1,6 +1,7 @@
 #include "m_files/m_files.h"
 #include "m_files/module_state.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 
 namespace m_files {
 namespace {
@@ -23,10 +24,10 @@ void describe_unit(int unit) {
   const std::optional<std::string> path = runtime::connected_path(unit);
   if (!path) return;
   if (path->empty()) {
-    runtime::write(unit_dump.unit, runtime::format<"(i5,5x,a)">, {unit, nameless.view()});
+    runtime::write<"(i5,5x,a)">(unit_dump.unit, unit, nameless.view());
   } else {
     const std::string_view shown = std::string_view(*path).substr(0, longest_path);
-    runtime::write(unit_dump.unit, runtime::format<"(i5,2x,a)">, {unit, shown});
+    runtime::write<"(i5,2x,a)">(unit_dump.unit, unit, shown);
   }
 }
 
@@ -37,8 +38,7 @@ void dump_open_units(std::string_view caller, std::int32_t highest_unit) {
     unit_dump.unit = free_unit(first_dump_unit);
     runtime::open(unit_dump.unit, "o_unit_file.pkl", runtime::OpenStatus::unknown);
   }
-  runtime::write(unit_dump.unit, runtime::format<"(a,2i5)">,
-                 {runtime::trimmed(caller), unit_dump.unit, highest_unit});
+  runtime::write<"(a,2i5)">(unit_dump.unit, runtime::trimmed(caller), unit_dump.unit, highest_unit);
   for (std::int64_t unit = 1; unit <= highest_unit; ++unit) describe_unit(static_cast<int>(unit));
 }
 

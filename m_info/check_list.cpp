@@ -3,15 +3,19 @@
 #include <cmath>
 
 #include "m_files/m_files.h"
+#include "m_info/filled_tables.h"
 #include "m_info/m_info.h"
 #include "m_strings/m_strings.h"
 #include "runtime/arithmetic.h"
 #include "runtime/format.h"
+#include "runtime/read.h"
+#include "runtime/read_fields.h"
 #include "runtime/units.h"
 
 namespace m_info {
 
-CheckList check_list;
+CheckList filled_check_list;
+const CheckList& check_list = filled_check_list;
 Date run_date;
 
 namespace {
@@ -34,34 +38,32 @@ void read_report_numbers(std::string_view value) {
   const std::int32_t count = m_strings::NumberTokens8(value, numbers, "steuer");
   if (count == 0) return;
   for (std::int32_t i = 1; i <= count; ++i) {
-    check_list.report_numbers.at(i) = runtime::nearest_integer(numbers[static_cast<std::size_t>(i) - 1]);
+    filled_check_list.report_numbers.at(i) =
+        runtime::nearest_integer(numbers[static_cast<std::size_t>(i) - 1]);
   }
-  check_list.report_max_kind =
+  filled_check_list.report_max_kind =
       runtime::truncated_integer(*std::max_element(numbers.begin(), numbers.begin() + count));
 }
 
 bool read_number(std::string_view value, std::int32_t& number) {
-  return runtime::read_fields(value, runtime::format<"(i20)">, {number}) == runtime::ReadStatus::good;
+  return runtime::read_fields(value, runtime::format<"(i20)">, {number});
 }
 
 bool read_station(std::string_view value, double& station) {
-  return runtime::read_fields(value, runtime::format<"(f20.0)">, {station}) == runtime::ReadStatus::good;
+  return runtime::read_fields(value, runtime::format<"(f20.0)">, {station});
 }
 
+// A line counts even when its level cannot be read.
 bool read_water_level(std::string_view value) {
-  if (check_list.water_level_count < water_level_capacity) {
-    double& level = check_list.water_levels.at(check_list.water_level_count + 1);
-    if (runtime::read_fields(value, runtime::format<"(f10.0)">, {level}) != runtime::ReadStatus::good) {
-      return false;
-    }
-  }
-  ++check_list.water_level_count;
-  return true;
+  const std::int32_t count = ++filled_check_list.water_level_count;
+  if (count > water_level_capacity) return true;
+  double& level = filled_check_list.water_levels.at(count);
+  return runtime::read_fields(value, runtime::format<"(f10.0)">, {level});
 }
 
 void read_element_name(std::string_view value) {
   value.remove_prefix(std::min(value.find_first_not_of(' '), value.size()));
-  check_list.report_element_name = value;
+  filled_check_list.report_element_name = value;
 }
 
 // False when a number in the line cannot be read.
@@ -71,21 +73,21 @@ bool read_entry(std::string_view line) {
   const std::string_view keyword = keyword_field.view();
   const std::string_view value = value_field.view();
   if (contains(keyword, "Profile_")) {
-    set_flag(check_list.profiles_wanted, line);
+    set_flag(filled_check_list.profiles_wanted, line);
   } else if (contains(keyword, "Abfluss_")) {
-    set_flag(check_list.discharge_wanted, line);
+    set_flag(filled_check_list.discharge_wanted, line);
   } else if (contains(keyword, "WSP_")) {
-    set_flag(check_list.wsp_detail_wanted, line);
+    set_flag(filled_check_list.wsp_detail_wanted, line);
   } else if (contains(keyword, "Spiegellinie")) {
     read_report_numbers(value);
   } else if (contains(keyword, "richt")) {
-    return read_number(value, check_list.report_element_number);
+    return read_number(value, filled_check_list.report_element_number);
   } else if (contains(keyword, "Element")) {
     read_element_name(value);
   } else if (contains(keyword, "xu...")) {
-    return read_station(value, check_list.station_min);
+    return read_station(value, filled_check_list.station_min);
   } else if (contains(keyword, "xo...")) {
-    return read_station(value, check_list.station_max);
+    return read_station(value, filled_check_list.station_max);
   } else if (contains(keyword, "Hvonh")) {
     return read_water_level(value);
   }
@@ -98,14 +100,15 @@ bool same_date(const Date& left, const Date& right) {
   return left.values == right.values;
 }
 
-bool names_the_element(const std::optional<std::string_view>& name) {
+bool names_the_element(std::string_view name) {
   const std::string_view listed = check_list.report_element_name.view();
   if (contains(listed, "alle")) return true;
-  return name && !runtime::is_blank(*name) && contains(listed, runtime::trimmed(*name));
+  return !runtime::is_blank(name) && contains(listed, runtime::trimmed(name));
 }
 
 bool detail_wanted(const CheckCase& wanted) {
-  if (check_list.wsp_detail_wanted == 0 || !names_the_element(wanted.element_name)) return false;
+  if (check_list.wsp_detail_wanted == 0) return false;
+  if (!wanted.element_name || !names_the_element(*wanted.element_name)) return false;
   return check_list.report_max_kind == every_kind || wanted.kind == check_list.report_max_kind;
 }
 
@@ -139,11 +142,11 @@ bool case_wanted(const CheckCase& wanted) {
 }  // namespace
 
 void read_check_list() {
-  check_list = {};
+  filled_check_list.report_element_name = "#";
   const int unit = m_files::free_unit(first_list_unit);
-  if (!runtime::try_open(unit, "Pruefliste.lis", runtime::OpenStatus::old)) return;
+  if (!runtime::try_open(unit, "Pruefliste.lis", runtime::OpenStatus::input)) return;
   std::string_view line;
-  while (runtime::read_line(unit, list_line_width, line) == runtime::ReadStatus::good) {
+  for (runtime::LineReader list(unit, list_line_width); list.next(line);) {
     if (!line.starts_with('#') && !read_entry(line)) break;
   }
   runtime::close(unit);
@@ -155,8 +158,8 @@ std::int32_t check_list_wants(const CheckCase& wanted) {
 }
 
 void reset() {
-  protocol = {};
-  check_list = {};
+  filled_protocol = {};
+  filled_check_list = {};
   run_date = {};
 }
 

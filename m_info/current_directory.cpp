@@ -1,6 +1,7 @@
 #include "m_files/m_files.h"
 #include "m_info/m_info.h"
 #include "runtime/command.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
 
 namespace m_info {
@@ -20,7 +21,7 @@ std::optional<std::string_view> path_in(std::string_view line, std::size_t colon
 // The first path in the listing; a view into its lines.
 std::optional<std::string_view> listed_folder(int unit) {
   std::string_view line;
-  while (runtime::read_line(unit, listing_line_width, line) == runtime::ReadStatus::good) {
+  for (runtime::LineReader listing(unit, listing_line_width); listing.next(line);) {
     const std::size_t colon = line.find(":\\");
     if (colon != std::string_view::npos) return path_in(line, colon);
   }

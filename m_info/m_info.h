@@ -23,7 +23,7 @@ struct RuntimeProtocol {
   runtime::Slots<std::int32_t, timer_count> timer_start;  ///< clock at the last "SET"
   runtime::Slots<std::int32_t, timer_count> timer_last;   ///< clock at the last "ADD"
 };
-extern RuntimeProtocol protocol;
+extern const RuntimeProtocol& protocol;
 
 /// Keeps counters and stop-watches and writes them to "runtime.pkl" in the working folder. The command is
 /// told by its first characters, other ones do nothing:
@@ -74,15 +74,17 @@ struct CheckList {
     return {{report_numbers.at(1), report_numbers.at(2), report_numbers.at(3)}};
   }
 };
-extern CheckList check_list;
+extern const CheckList& check_list;
 
 /// The date of the run, for cases that name none. Set by the tool; reading a check list leaves it.
 extern Date run_date;
 
-/// Reads "Pruefliste.lis" from the working folder; what an earlier list asked for is forgotten, and without
-/// the file nothing is asked for. Of each line, columns 1-20 hold the keyword and columns 21-40 the value;
+/// Reads "Pruefliste.lis" from the working folder. Of an earlier list only the element's name is forgotten,
+/// also when there is no list now; its other entries stay until a line replaces them, and water levels are
+/// added to those that it gave. Of each line, columns 1-20 hold the keyword and columns 21-40 the value;
 /// the flags are a "J" or "j" in columns 21-31, a level stands in columns 21-30. A "#" in column 1 makes a
-/// comment. A number that cannot be read ends the reading; what was read before it stays.
+/// comment. A number that cannot be read ends the reading; what was read before it stays, and a water level
+/// is counted all the same.
 void read_check_list();
 
 /// The case that a tool asks about; the water-level flag asks for the listed levels, too.
@@ -98,11 +100,11 @@ struct CheckCase {
 
 /// 1 when the check list asks for output for this case, else 0.
 /// Query words: "Profile" and "Abfluss" ask for the flag of that name; "WSP_detail" for the element of that
-/// name (its text occurs in the list's, or that holds "alle") and the kind; "WSPi" for the date. Another word
-/// is never wanted.
-/// Without a word the element's number, its name (when given), the station and the date (the run's when not
-/// given) must be the list's; with `water_levels` a station at one of the listed levels (to 0.00001) is
-/// wanted as well, whatever the rest. Without number or station nothing is wanted.
+/// name, which must be given (its text occurs in the list's, or that holds "alle"), and the kind; "WSPi" for
+/// the date. Another word is never wanted. Without a word the element's number, its name (when given), the
+/// station and the date (the run's when not given) must be the list's; with `water_levels` a station at one
+/// of the listed levels (to 0.00001) is wanted as well, whatever the rest. Without number or station nothing
+/// is wanted.
 std::int32_t check_list_wants(const CheckCase& wanted);
 
 /// Puts all state back to that of the program's start; open units stay open. For tests.

@@ -1,11 +1,15 @@
 #include "m_files/m_files.h"
+#include "m_info/filled_tables.h"
 #include "m_info/m_info.h"
 #include "runtime/host.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 
 namespace m_info {
 
-RuntimeProtocol protocol;
+RuntimeProtocol filled_protocol;
+const RuntimeProtocol& protocol = filled_protocol;
 
 namespace {
 
@@ -31,28 +35,26 @@ bool is_timer(std::int32_t number) {
 }
 
 void open_protocol() {
-  protocol.runtime_unit = m_files::free_unit(first_protocol_unit);
+  filled_protocol.runtime_unit = m_files::free_unit(first_protocol_unit);
   if (!runtime::file_exists(protocol_file)) {
     runtime::open(protocol.runtime_unit, protocol_file, runtime::OpenStatus::fresh);
     return;
   }
   runtime::open(protocol.runtime_unit, protocol_file, runtime::OpenStatus::old);
-  auto status = runtime::ReadStatus::good;
+  runtime::LineReader written(protocol.runtime_unit, protocol_line_width);
   std::string_view line;
-  while (status == runtime::ReadStatus::good) {
-    status = runtime::read_line(protocol.runtime_unit, protocol_line_width, line);
+  while (written.next(line)) {
   }
   runtime::backspace(protocol.runtime_unit);
 }
 
 void write_text(std::string_view text) {
-  runtime::write(protocol.runtime_unit, runtime::format<"(a    )">, {runtime::trimmed(text)});
+  runtime::write<"(a    )">(protocol.runtime_unit, runtime::trimmed(text));
 }
 
 void write_counter(std::int32_t number) {
   if (!is_counter(number)) return;
-  runtime::write(protocol.runtime_unit, runtime::format<"(a,i2.2,a,i10)">,
-                 {"N(", number, ") = ", protocol.counters.at(number)});
+  runtime::write<"(a,i2.2,a,i10)">(protocol.runtime_unit, "N(", number, ") = ", protocol.counters.at(number));
 }
 
 void write_timer(std::int32_t number) {
@@ -60,34 +62,33 @@ void write_timer(std::int32_t number) {
   const std::int64_t ticks = protocol.timers.at(number);
   const std::int64_t rate = runtime::host().ticks_per_second();
   const std::int64_t milliseconds = ticks * (rate / 1000);
-  const double seconds = rate > 0 ? static_cast<double>(ticks) / static_cast<double>(rate) : 0.0;
-  runtime::write(protocol.runtime_unit,
-                 runtime::format<"('Zeit',i3,' : ',i2.2,':',i2.2,':',i2.2,'.',i3.3,f12.3)">,
-                 {number, milliseconds / 3'600'000, milliseconds % 3'600'000 / 60'000,
-                  milliseconds % 60'000 / 1'000, milliseconds % 1'000, seconds});
+  const float seconds = rate > 0 ? static_cast<float>(ticks) / static_cast<float>(rate) : 0.0F;
+  runtime::write<"('Zeit',i3,' : ',i2.2,':',i2.2,':',i2.2,'.',i3.3,f12.3)">(
+      protocol.runtime_unit, number, milliseconds / 3'600'000, milliseconds % 3'600'000 / 60'000,
+      milliseconds % 60'000 / 1'000, milliseconds % 1'000, seconds);
 }
 
 void set_counter(std::int32_t number) {
-  if (number == 0) protocol.counters = {};
-  if (is_counter(number)) protocol.counters.at(number) = 0;
+  if (number == 0) filled_protocol.counters = {};
+  if (is_counter(number)) filled_protocol.counters.at(number) = 0;
 }
 
 void set_timer(std::int32_t number) {
-  if (number == 0) protocol.timers = {};
-  if (is_timer(number)) protocol.timer_start.at(number) = clock_count();
+  if (number == 0) filled_protocol.timers = {};
+  if (is_timer(number)) filled_protocol.timer_start.at(number) = clock_count();
 }
 
 void count_up(std::int32_t number) {
   if (!is_counter(number)) return;
-  protocol.counters.at(number) = wrapped(std::int64_t{protocol.counters.at(number)} + 1);
+  filled_protocol.counters.at(number) = wrapped(std::int64_t{protocol.counters.at(number)} + 1);
 }
 
 void add_time(std::int32_t number) {
   if (!is_timer(number)) return;
   const std::int32_t now = clock_count();
-  protocol.timer_last.at(number) = now;
+  filled_protocol.timer_last.at(number) = now;
   const std::int32_t elapsed = wrapped(std::int64_t{now} - protocol.timer_start.at(number));
-  protocol.timers.at(number) = wrapped(std::int64_t{protocol.timers.at(number)} + elapsed);
+  filled_protocol.timers.at(number) = wrapped(std::int64_t{protocol.timers.at(number)} + elapsed);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "runtime/cp1252.h"
 #include "runtime/edit_input.h"
 #include "runtime/fixed_text.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
 #include "runtime/upper_case.h"
 
@@ -117,29 +118,25 @@ constexpr std::array<bool, 256> oem_umlaut_table = [] {
   return table;
 }();
 
-bool any_oem_umlaut(std::string_view text) {
+bool holds_oem_umlaut(std::string_view text) {
   return std::ranges::any_of(text,
                              [](char byte) { return oem_umlaut_table[static_cast<unsigned char>(byte)]; });
 }
 
-// All bytes looked for lie above 127, and most files hold few of these: a block is tested at once.
-bool may_hold_oem_umlaut(std::string_view text) {
-  constexpr std::uint64_t upper_bits = 0x8080808080808080U;
-  using Block = std::array<std::uint64_t, 4>;
-  for (; text.size() >= sizeof(Block); text.remove_prefix(sizeof(Block))) {
-    Block block;
-    std::memcpy(block.data(), text.data(), sizeof(Block));
-    const std::uint64_t seen = block[0] | block[1] | block[2] | block[3];
-    if ((seen & upper_bits) != 0 && any_oem_umlaut(text.substr(0, sizeof(Block)))) return true;
-  }
-  return any_oem_umlaut(text);
+// Without a way out, so that many bytes are looked at side by side.
+bool is_ascii(std::string_view text) {
+  unsigned char seen = 0;
+  for (const char byte : text) seen |= static_cast<unsigned char>(byte);
+  return seen < 0x80;
 }
 
+// The scan ends at the first of the bytes, all of which lie above 127.
 void scan_for_oem_umlauts(int unit) {
-  if (runtime::is_ascii(unit) || !may_hold_oem_umlaut(runtime::unread_text(unit))) return;
+  runtime::LineReader lines(unit, oem_line_width);
+  if (is_ascii(lines.rest())) return;
   std::string_view line;
-  while (runtime::read_line(unit, oem_line_width, line) == runtime::ReadStatus::good) {
-    if (any_oem_umlaut(line)) return;
+  while (lines.next(line)) {
+    if (holds_oem_umlaut(line)) return;
   }
 }
 

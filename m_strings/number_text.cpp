@@ -67,9 +67,7 @@ std::string fixed_text(std::size_t width, float value, std::size_t decimals) {
 }
 
 Text20 left_aligned(std::int64_t value) {
-  std::string digits;
-  runtime::append_integer(digits, 0, 0, value);
-  return {digits};
+  return {std::to_string(value)};
 }
 
 runtime::Value value_for(std::string_view format, float value) {
@@ -111,9 +109,8 @@ void FillText(std::span<char> text, std::int32_t length, char fill) {
 
 void RealToText(Text20& text, float value, std::string_view format, std::int32_t decimal_comma) {
   const runtime::ParsedFormat parsed = runtime::parse_format(runtime::trimmed(format));
-  std::string written;
   const std::array<runtime::Value, 1> values{value_for(format, value)};
-  if (parsed.valid) runtime::append_formatted(written, parsed.view(), values, "");
+  std::string written = parsed.valid ? runtime::formatted(parsed.view(), values) : std::string();
   if (!parsed.valid || written.size() > text.bytes.size()) written.assign(text.bytes.size(), '*');
   if (decimal_comma != 0) std::ranges::replace(written, '.', ',');
   text = written;

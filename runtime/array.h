@@ -32,26 +32,13 @@ class OneBased {
   /// Makes `count` entries that hold `initial`. Frees the old ones first. False, with an empty table,
   /// when the memory is not there.
   bool allocate(std::int32_t count, const T& initial = T{}) {
-    if (!allocate_zeroed(count)) return false;
-    fill_from(1, initial);
+    if (!take(count, allocate_block)) return false;
+    std::uninitialized_fill_n(data_.get(), size_, initial);
     return true;
   }
 
-  /// The same with entries whose bytes are zero, for tables that hold numbers or are filled at once.
-  bool allocate_zeroed(std::int32_t count) {
-    release();
-    const auto entries = static_cast<std::size_t>(count < 0 ? 0 : count);
-    if (entries > std::numeric_limits<std::size_t>::max() / sizeof(T)) return false;
-    data_.reset(static_cast<T*>(allocate_zeroed_block(entries * sizeof(T))));
-    if (!data_) return false;
-    size_ = static_cast<std::int32_t>(entries);
-    return true;
-  }
-
-  /// Stores the value at every position from `first` (at least 1) to the end.
-  void fill_from(std::int32_t first, const T& value) {
-    for (std::int32_t position = first; position <= size_; ++position) at(position) = value;
-  }
+  /// The same with entries whose bytes are zero, for tables of numbers.
+  bool allocate_zeroed(std::int32_t count) { return take(count, allocate_zeroed_block); }
 
   void release() {
     data_.reset();
@@ -69,6 +56,16 @@ class OneBased {
   [[nodiscard]] T at_or_zero(std::int32_t position) const { return holds(position) ? at(position) : T{}; }
 
  private:
+  bool take(std::int32_t count, void* (*allocate_bytes)(std::size_t)) {
+    release();
+    const auto entries = static_cast<std::size_t>(count < 0 ? 0 : count);
+    if (entries > std::numeric_limits<std::size_t>::max() / sizeof(T)) return false;
+    if (is_allowed(entries * sizeof(T))) data_.reset(static_cast<T*>(allocate_bytes(entries * sizeof(T))));
+    if (!data_) return false;
+    size_ = static_cast<std::int32_t>(entries);
+    return true;
+  }
+
   [[nodiscard]] std::size_t checked(std::int32_t position) const {
 #ifdef KV_CHECKED
     if (!holds(position)) std::abort();

@@ -4,8 +4,8 @@
 #include <limits>
 #include <new>
 
-/// Memory for tables and files. A large block lies on large pages of the host, and when it is released it is
-/// kept for the next one: most of what memory costs here is the first touch of its pages.
+/// Memory for tables and files. A large block lies on large pages where the host has them: most of what
+/// memory costs here is the first touch of its pages.
 namespace runtime {
 
 /// Memory for `bytes` bytes of any content, aligned for every plain type; null when there is none.
@@ -19,11 +19,13 @@ struct ReleaseBlock {
   void operator()(void* block) const { release_block(block); }
 };
 
-/// Makes every later request for zeroed memory above `bytes` fail, as a machine short of memory would. For
-/// tests.
+/// Makes every later table of more than `bytes` fail, as on a machine short of memory; files are still read.
+/// For tests.
 void limit_allocations(std::size_t bytes);
 /// Takes the limit of `limit_allocations` back.
 void unlimit_allocations();
+/// Whether the limit allows a table of so many bytes.
+bool is_allowed(std::size_t bytes);
 
 /// Lets a standard container have its memory in blocks.
 template <class T>

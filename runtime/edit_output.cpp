@@ -95,28 +95,6 @@ class RecordWriter {
 
 }  // namespace
 
-void append_integer(std::string& out, std::size_t width, std::size_t minimum, std::int64_t value) {
-  const FormatItem item{.edit = Edit::integer,
-                        .width = static_cast<std::uint16_t>(width),
-                        .decimals = static_cast<std::uint16_t>(minimum)};
-  const Value field(value);
-  append_formatted(out, {{&item, 1}, {}, width}, {&field, 1}, {});
-}
-
-void append_fixed(std::string& out, std::size_t width, std::size_t decimals, double value) {
-  const FormatItem item{.edit = Edit::fixed,
-                        .width = static_cast<std::uint16_t>(width),
-                        .decimals = static_cast<std::uint16_t>(decimals)};
-  const Value field(value);
-  append_formatted(out, {{&item, 1}, {}, width}, {&field, 1}, {});
-}
-
-void append_text(std::string& out, std::size_t width, std::string_view value) {
-  const FormatItem item{.edit = Edit::text, .width = static_cast<std::uint16_t>(width)};
-  const Value field(value);
-  append_formatted(out, {{&item, 1}, {}, width}, {&field, 1}, {});
-}
-
 std::size_t most_bytes(const Format& format, std::span<const Value> values, std::string_view line_end) {
   // The digits of any number in a field of minimal width, with its sign.
   constexpr std::size_t open_number = 21;
@@ -149,12 +127,11 @@ char* put_formatted(char* place, const Format& format, std::span<const Value> va
   return record.end();
 }
 
-void append_formatted(std::string& out, const Format& format, std::span<const Value> values,
-                      std::string_view line_end) {
-  const std::size_t begin = out.size();
-  out.resize(begin + most_bytes(format, values, line_end));
-  const char* end = put_formatted(out.data() + begin, format, values, line_end);
-  out.resize(static_cast<std::size_t>(end - out.data()));
+std::string formatted(const Format& format, std::span<const Value> values, std::string_view line_end) {
+  std::string text(most_bytes(format, values, line_end), ' ');
+  const char* const end = put_formatted(text.data(), format, values, line_end);
+  text.resize(static_cast<std::size_t>(end - text.data()));
+  return text;
 }
 
 }  // namespace runtime

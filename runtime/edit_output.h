@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "runtime/fixed_text.h"
 #include "runtime/format.h"
 
 namespace runtime {
@@ -18,6 +19,8 @@ class Value {
   constexpr Value(std::string_view text) : text_(text), kind_(Kind::text) {}
   constexpr Value(const char* text) : Value(std::string_view(text)) {}
   Value(const std::string& text) : Value(std::string_view(text)) {}
+  template <std::size_t N>
+  constexpr Value(const FixedText<N>& text) : Value(text.view()) {}
   constexpr Value(std::int32_t integer) : integer_(integer), kind_(Kind::integer) {}
   constexpr Value(std::int64_t integer) : integer_(integer), kind_(Kind::integer) {}
   constexpr Value(float real) : real_(static_cast<double>(real)), kind_(Kind::real) {}
@@ -47,19 +50,6 @@ constexpr bool fits(const FormatItem& item, Value::Kind kind) {
   return static_cast<int>(item.edit) == static_cast<int>(kind);
 }
 
-/// `Iw` / `Iw.m`: appends the number right-justified in `width` columns with at least `minimum` digits;
-/// asterisks when it does not fit. Width 0 is as wide as the number. With `minimum` 0 a plain Iw.
-void append_integer(std::string& out, std::size_t width, std::size_t minimum, std::int64_t value);
-
-/// `Fw.d`: appends the exact decimal value of the binary number, rounded to nearest, ties to the even
-/// digit, right-justified in `width` columns. The sign is kept on a value that rounds to zero; the zero
-/// before the point is written when it fits; too wide is asterisks; infinities are "Infinity" or "Inf",
-/// not-a-number is "NaN".
-void append_fixed(std::string& out, std::size_t width, std::size_t decimals, double value);
-
-/// `A` (width 0: the whole text) or `An`: the first n characters, or the text right-justified.
-void append_text(std::string& out, std::size_t width, std::string_view value);
-
 /// The most bytes that the values take in the given format.
 std::size_t most_bytes(const Format& format, std::span<const Value> values, std::string_view line_end);
 
@@ -71,8 +61,7 @@ std::size_t most_bytes(const Format& format, std::span<const Value> values, std:
 char* put_formatted(char* place, const Format& format, std::span<const Value> values,
                     std::string_view line_end);
 
-/// The same behind the end of a text.
-void append_formatted(std::string& out, const Format& format, std::span<const Value> values,
-                      std::string_view line_end);
+/// The same as a text.
+std::string formatted(const Format& format, std::span<const Value> values, std::string_view line_end = {});
 
 }  // namespace runtime

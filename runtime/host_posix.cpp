@@ -1,4 +1,6 @@
 #include <fcntl.h>
+#include <poll.h>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -18,10 +20,18 @@ std::error_code last_error() {
   return {errno, std::generic_category()};
 }
 
-FileKind kind_of_mode(mode_t mode) {
+FileKind kind_of(mode_t mode) {
   if (S_ISREG(mode)) return FileKind::file;
   if (S_ISDIR(mode)) return FileKind::folder;
   return FileKind::other;
+}
+
+FileFacts facts_of(const struct stat& status) {
+  return {.kind = kind_of(status.st_mode),
+          .size = static_cast<std::uint64_t>(std::max<off_t>(status.st_size, 0)),
+          .volume = status.st_dev,
+          .number = status.st_ino,
+          .linked = status.st_nlink > 1};
 }
 
 int flags_of(Access access) {
@@ -51,22 +61,74 @@ auto uninterrupted(Call call) {
   return result;
 }
 
+constexpr mode_t usual_permissions = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+
+// Where a standard stream is closed the system hands its number out; a file there would take what is meant
+// for the stream.
+int open_above_standard_streams(const std::string& path, int flags) {
+  const int handle =
+      uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, usual_permissions); });
+  if (handle < 0 || handle > standard_error_handle) return handle;
+  const int above = ::fcntl(handle, F_DUPFD_CLOEXEC, standard_error_handle + 1);
+  const int reason = errno;
+  ::close(handle);
+  errno = reason;
+  return above;
+}
+
+std::string folder_of(const std::string& path) {
+  const std::size_t last = path.rfind('/');
+  return last == std::string::npos ? "." : path.substr(0, last + 1);
+}
+
+// Tells apart the runs that write into one folder at the same time. What stands there already was left by a
+// run that is no more.
+std::string own_name_beside(const std::string& path) {
+  return path + "." + std::to_string(::getpid()) + ".neu";
+}
+
+// A file without a name can be given one by its place among the open files.
+std::string place_of(int handle) {
+  return "/proc/self/fd/" + std::to_string(handle);
+}
+
+// Leaves nothing behind when the process is killed; not every file system has such files.
+int create_without_name([[maybe_unused]] const std::string& path) {
+#ifdef O_TMPFILE
+  const int handle = open_above_standard_streams(folder_of(path), O_RDWR | O_TMPFILE);
+  if (handle >= 0 && ::access(place_of(handle).c_str(), F_OK) == 0) return handle;
+  if (handle >= 0) ::close(handle);
+#endif
+  return -1;
+}
+
+void keep_rights(int handle, const std::string& path) {
+  constexpr mode_t rights = S_IRWXU | S_IRWXG | S_IRWXO;
+  struct stat status {};
+  if (::stat(path.c_str(), &status) == 0) ::fchmod(handle, status.st_mode & rights);
+}
+
+bool waited_for_room(int handle) {
+  pollfd wanted{.fd = handle, .events = POLLOUT, .revents = 0};
+  return uninterrupted([&] { return ::poll(&wanted, 1, -1); }) == 1;
+}
+
 class PosixHost final : public Host {
  public:
   [[nodiscard]] char separator() const override { return '/'; }
   [[nodiscard]] const char* line_end() const override { return "\n"; }
 
-  FileKind kind_of(const std::string& path) override {
+  FileFacts look(const std::string& path) override {
     struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) return FileKind::none;
-    return kind_of_mode(status.st_mode);
+    FileFacts facts;
+    if (::stat(path.c_str(), &status) == 0) facts = facts_of(status);
+    if (::lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode)) facts.linked = true;
+    return facts;
   }
 
   int open(const std::string& path, Access access, std::error_code& reason) override {
-    constexpr mode_t permissions = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
     // O_NONBLOCK: a named pipe without a partner is refused instead of waited for.
-    const int flags = flags_for(path, access) | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
-    const int handle = uninterrupted([&] { return ::open(path.c_str(), flags, permissions); });
+    const int handle = open_above_standard_streams(path, flags_for(path, access) | O_NONBLOCK | O_NOCTTY);
     if (handle < 0) {
       reason = last_error();
       return -1;
@@ -81,10 +143,7 @@ class PosixHost final : public Host {
       reason = last_error();
       return false;
     }
-    facts.kind = kind_of_mode(status.st_mode);
-    facts.size = static_cast<std::uint64_t>(std::max<off_t>(status.st_size, 0));
-    facts.volume = status.st_dev;
-    facts.number = status.st_ino;
+    facts = facts_of(status);
     return true;
   }
 
@@ -95,7 +154,10 @@ class PosixHost final : public Host {
   }
 
   std::ptrdiff_t write(int handle, const char* bytes, std::size_t count, std::error_code& reason) override {
-    const ssize_t put = uninterrupted([&] { return ::write(handle, bytes, count); });
+    ssize_t put = 0;
+    do {
+      put = uninterrupted([&] { return ::write(handle, bytes, count); });
+    } while (put < 0 && (errno == EAGAIN || errno == EWOULDBLOCK) && waited_for_room(handle));
     if (put < 0) reason = last_error();
     return put;
   }
@@ -120,6 +182,56 @@ class PosixHost final : public Host {
 
   bool remove(const std::string& path, std::error_code& reason) override {
     if (::unlink(path.c_str()) == 0) return true;
+    reason = last_error();
+    return false;
+  }
+
+  Successor create_successor(const std::string& path, std::error_code& reason) override {
+    Successor successor{.handle = create_without_name(path), .path = {}};
+    if (successor.handle < 0) {
+      successor.path = own_name_beside(path);
+      ::unlink(successor.path.c_str());
+      successor.handle = open_above_standard_streams(successor.path, O_RDWR | O_CREAT | O_EXCL);
+    }
+    if (successor.handle < 0) {
+      reason = last_error();
+    } else {
+      keep_rights(successor.handle, path);
+    }
+    return successor;
+  }
+
+  bool succeed(const Successor& successor, const std::string& path, std::error_code& reason) override {
+    std::string named = successor.path;
+    if (named.empty()) {
+      named = own_name_beside(path);
+      ::unlink(named.c_str());
+      if (::linkat(AT_FDCWD, place_of(successor.handle).c_str(), AT_FDCWD, named.c_str(),
+                   AT_SYMLINK_FOLLOW) != 0) {
+        reason = last_error();
+        std::error_code ignored;
+        close(successor.handle, ignored);
+        return false;
+      }
+    }
+    if (close(successor.handle, reason)) {
+      if (::rename(named.c_str(), path.c_str()) == 0) return true;
+      reason = last_error();
+    }
+    ::unlink(named.c_str());
+    return false;
+  }
+
+  void discard(const Successor& successor) override {
+    std::error_code ignored;
+    close(successor.handle, ignored);
+    if (!successor.path.empty()) remove(successor.path, ignored);
+  }
+
+  bool lock(int handle, std::error_code& reason) override {
+    if (uninterrupted([&] { return ::flock(handle, LOCK_EX | LOCK_NB); }) == 0 || errno != EWOULDBLOCK) {
+      return true;
+    }
     reason = last_error();
     return false;
   }
@@ -160,28 +272,18 @@ void set_host(Host* replacement) {
   replacement_host = replacement;
 }
 
-void* map_memory(std::size_t bytes, std::size_t alignment) {
-  const std::size_t room = bytes + alignment;
-  void* const mapped = ::mmap(nullptr, room, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (mapped == MAP_FAILED) return nullptr;
-  const std::size_t misplaced = reinterpret_cast<std::uintptr_t>(mapped) % alignment;
-  const std::size_t skipped = misplaced == 0 ? 0 : alignment - misplaced;
-  char* const memory = static_cast<char*>(mapped) + skipped;
-  if (skipped > 0) ::munmap(mapped, skipped);
-  ::munmap(memory + bytes, alignment - skipped);
+void advise_large_pages(void* memory, std::size_t bytes) {
 #ifdef MADV_HUGEPAGE
-  ::madvise(memory, bytes, MADV_HUGEPAGE);
+  // Only whole pages can be advised on.
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  const std::size_t skipped = (page - reinterpret_cast<std::uintptr_t>(memory) % page) % page;
+  if (bytes > skipped) ::madvise(static_cast<char*>(memory) + skipped, bytes - skipped, MADV_HUGEPAGE);
 #endif
-  return memory;
 }
 
 void prepare_process() {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
-  // open() hands out the lowest free number: the loop ends with the first one past the standard streams.
-  int handle = ::open("/dev/null", O_RDWR);
-  while (handle >= 0 && handle <= standard_error_handle) handle = ::open("/dev/null", O_RDWR);
-  if (handle >= 0) ::close(handle);
 }
 
 }  // namespace runtime

@@ -49,8 +49,21 @@ class OutputBuffer {
 /// Records on their way to a file.
 struct RecordOutput {
   OutputBuffer pending;
-  std::string_view line_end;
+  std::string_view line_end;   ///< of the host's text files
   bool inside_record = false;  ///< a text was written whose record is not ended
+
+  /// So many bytes are handed to the host at a time.
+  static constexpr std::size_t block = std::size_t{1} << 18U;
+  [[nodiscard]] bool full() const { return pending.size() >= block; }
+
+  /// The place of the next record, with room for so many bytes and a line end.
+  char* record(std::size_t most_bytes) { return pending.room(most_bytes + line_end.size()); }
+  /// Ends the record, which was written up to `end`.
+  void end_record(char* end) {
+    for (const char character : line_end) *end++ = character;
+    pending.take_up_to(end);
+    inside_record = false;
+  }
 };
 
 }  // namespace runtime

@@ -23,13 +23,13 @@ std::string with_host_separators(std::string_view text) {
 }
 
 bool exists(const std::string& path) {
-  return host().kind_of(path) != FileKind::none;
+  return host().look(path).kind != FileKind::none;
 }
 
 bool folder_exists(const std::string& path) {
   const std::size_t last = path.rfind(host().separator());
   if (last == std::string::npos) return false;
-  return host().kind_of(path.substr(0, last + 1)) == FileKind::folder;
+  return host().look(path.substr(0, last + 1)).kind == FileKind::folder;
 }
 
 std::string folder_part(std::string_view text) {

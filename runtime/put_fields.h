@@ -14,29 +14,8 @@ namespace runtime::detail {
 
 // The `put_` procedures write into memory that is known to be large enough and return the place behind.
 
-// Most fields are short: two overlapping pieces of a fixed size cost less than a call.
-template <class Piece>
-void copy_ends(char* place, const char* bytes, std::size_t count) {
-  Piece first = 0;
-  Piece last = 0;
-  std::memcpy(&first, bytes, sizeof(Piece));
-  std::memcpy(&last, bytes + count - sizeof(Piece), sizeof(Piece));
-  std::memcpy(place, &first, sizeof(Piece));
-  std::memcpy(place + count - sizeof(Piece), &last, sizeof(Piece));
-}
-
 inline char* put_bytes(char* place, std::string_view bytes) {
-  const std::size_t count = bytes.size();
-  if (count > 16) {
-    std::memcpy(place, bytes.data(), count);
-  } else if (count >= 8) {
-    copy_ends<std::uint64_t>(place, bytes.data(), count);
-  } else if (count >= 4) {
-    copy_ends<std::uint32_t>(place, bytes.data(), count);
-  } else {
-    for (std::size_t i = 0; i < count; ++i) place[i] = bytes[i];
-  }
-  return place + count;
+  return std::copy(bytes.begin(), bytes.end(), place);
 }
 
 inline constexpr std::string_view blanks = "                ";

@@ -2,7 +2,7 @@
 #include <string>
 
 #include "runtime/edit_input.h"
-#include "runtime/units.h"
+#include "runtime/read_fields.h"
 
 namespace runtime {
 namespace {
@@ -44,7 +44,7 @@ bool store_field(const FormatItem& item, std::string_view field, const Target& t
 
 }  // namespace
 
-ReadStatus read_fields(std::string_view record, const Format& format, std::initializer_list<Target> targets) {
+bool read_fields(std::string_view record, const Format& format, std::initializer_list<Target> targets) {
   std::size_t column = 0;
   const Target* target = targets.begin();
   for (const FormatItem& item : format.items) {
@@ -55,11 +55,11 @@ ReadStatus read_fields(std::string_view record, const Format& format, std::initi
     const bool whole_text = item.edit == Edit::text && item.width == 0;
     const std::size_t width =
         whole_text && target->kind() == Target::Kind::text ? target->text().size() : item.width;
-    if (!store_field(item, field_of(record, column, width), *target)) return ReadStatus::bad_value;
+    if (!store_field(item, field_of(record, column, width), *target)) return false;
     column += width;
     ++target;
   }
-  return ReadStatus::good;
+  return true;
 }
 
 }  // namespace runtime

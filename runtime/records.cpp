@@ -1,5 +1,6 @@
 #include "runtime/records.h"
 
+#include <cstring>
 #include <utility>
 
 namespace runtime {
@@ -9,46 +10,46 @@ constexpr bool is_line_end(char character) {
   return character == '\n' || character == '\r';
 }
 
-}  // namespace
-
-void note_bytes(TextBytes& bytes, std::string_view part) {
-  // In single bytes and without a branch, so that many are looked at side by side.
-  unsigned char seen = 0;
-  for (const char character : part) seen |= static_cast<unsigned char>(character);
-  bytes.above_ascii |= seen > 127;
-  bytes.carriage_returns |= std::memchr(part.data(), '\r', part.size()) != nullptr;
+const char* find(std::string_view text, char wanted) {
+  return static_cast<const char*>(std::memchr(text.data(), wanted, text.size()));
 }
 
-void Records::take(FileMemory data, std::size_t size, TextBytes bytes) {
+// The text before a place in it; null is its end.
+std::string_view up_to(const char* end, std::string_view text) {
+  return end == nullptr ? text : std::string_view(text.data(), static_cast<std::size_t>(end - text.data()));
+}
+
+// The text before its first line end, LF or CR. It is looked for block by block: a text with one kind of line
+// end would otherwise be searched to its end for the other, once a record.
+std::string_view up_to_either(std::string_view text) {
+  constexpr std::size_t block = 512;
+  for (std::size_t looked_at = 0; looked_at < text.size(); looked_at += block) {
+    const std::string_view piece = text.substr(looked_at, block);
+    const char* const feed = find(piece, '\n');
+    const char* const carriage = find(up_to(feed, piece), '\r');
+    if (carriage != nullptr || feed != nullptr) return up_to(carriage != nullptr ? carriage : feed, text);
+  }
+  return text;
+}
+
+}  // namespace
+
+void Records::take(FileMemory data, std::size_t size, bool carriage_returns) {
   data_ = std::move(data);
   size_ = size;
-  bytes_ = bytes;
-  line_feed_ = {};
-  carriage_return_ = {};
+  carriage_returns_ = carriage_returns;
 }
 
 void Records::drop() {
-  take({}, 0, {});
-}
-
-std::size_t Records::NextCharacter::find(const char* data, std::size_t size, std::size_t from, char wanted) {
-  if (from < searched_from || from > place) {
-    searched_from = from;
-    const void* const hit = std::memchr(data + from, wanted, size - from);
-    place = hit == nullptr ? size : static_cast<std::size_t>(static_cast<const char*>(hit) - data);
-  }
-  return place;
+  take({}, 0, false);
 }
 
 std::string_view Records::cut_at_either() {
-  const char* const data = data_.get();
-  const std::size_t begin = next_;
-  const std::size_t feed = line_feed_.find(data, size_, begin, '\n');
-  const std::size_t carriage = carriage_return_.find(data, size_, begin, '\r');
-  const std::size_t end = std::min(feed, carriage);
-  const bool both = carriage < feed && feed == carriage + 1 && feed < size_;
-  next_ = std::min(end + (both ? 2 : 1), size_);
-  return {data + begin, end - begin};
+  const std::string_view text = rest();
+  const std::string_view record = up_to_either(text);
+  const bool both = text.substr(record.size()).starts_with("\r\n");
+  next_ = std::min(next_ + record.size() + (both ? 2 : 1), size_);
+  return record;
 }
 
 void Records::backspace() {

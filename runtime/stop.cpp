@@ -7,9 +7,9 @@
 #include "runtime/units.h"
 
 namespace runtime {
-namespace {
 
-void write_standard_error(std::string line) {
+void tell(std::string_view text) {
+  std::string line(text);
   line += host().line_end();
   std::size_t written = 0;
   std::error_code reason;
@@ -21,22 +21,20 @@ void write_standard_error(std::string line) {
   }
 }
 
-}  // namespace
-
 void stop() {
   close_all();
   std::exit(EXIT_SUCCESS);
 }
 
 void stop(std::string_view text) {
-  write_standard_error("STOP " + std::string(text));
+  tell("STOP " + std::string(text));
   stop();
 }
 
 void report_io_error(std::string_view operation, std::string_view path, const std::error_code& reason) {
   std::string line = "E/A-Fehler beim ";
   line.append(operation).append(" von \"").append(path).append("\": ").append(reason.message());
-  write_standard_error(line);
+  tell(line);
 }
 
 void stop_on_io_error(std::string_view operation, std::string_view path, const std::error_code& reason) {
@@ -50,7 +48,7 @@ void stop_on_allocation(std::string_view source_file, int line, std::size_t byte
   std::string text = "In file '";
   text.append(source_file).append("', around line ").append(std::to_string(line));
   text.append(": Error allocating ").append(std::to_string(bytes)).append(" bytes");
-  write_standard_error(text);
+  tell(text);
   stop();
 }
 

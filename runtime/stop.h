@@ -21,6 +21,9 @@ namespace runtime {
 /// go to standard error. Exit status 0.
 [[noreturn]] void stop_on_allocation(std::string_view source_file, int line, std::size_t bytes);
 
+/// Writes a line to standard error, for what the run has lost but can do without.
+void tell(std::string_view text);
+
 /// The line of `stop_on_io_error`, without ending the program.
 void report_io_error(std::string_view operation, std::string_view path, const std::error_code& reason);
 

@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 variant=rausel
-# A folder of its own: without the tests, build/release would lose its settings.
+# A folder of its own: build/release may be set to build the tests too, which takes longer and more packages.
 build=$PWD/build/demo
 program=$build/bin/KV_Akum
 

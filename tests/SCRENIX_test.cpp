@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <limits>
 #include <string>
@@ -12,24 +11,16 @@
 #include <vector>
 
 #include "runtime/units.h"
+#include "runtime/write.h"
 #include "tests/child.h"
+#include "tests/notices.h"
+#include "tests/test_files.h"
 
 namespace SCRENIX {
 namespace {
 
 using namespace std::literals;
-
-// The bytes of standard output that are there when the work has come back, before the program ends.
-std::string sent_by(const std::function<void()>& work) {
-  testing::internal::CaptureStdout();
-  work();
-  return testing::internal::GetCapturedStdout();
-}
-
-std::string bytes_of_file(const std::string& path) {
-  std::FILE* const file = std::fopen(path.c_str(), "rb");
-  return file == nullptr ? "no file" : child::bytes_of(file);
-}
+using notices::sent_by;
 
 TEST(Frames, AreSingleBytesWithoutALineEnd) {
   EXPECT_EQ(sent_by([] {
@@ -42,12 +33,12 @@ TEST(Frames, AreSingleBytesWithoutALineEnd) {
 
 TEST(Frames, GoToTheOutputUnit) {
   EXPECT_EQ(output_unit, 6);
-  const std::string path = testing::TempDir() + "/SCRENIX_test_records";
-  std::remove(path.c_str());
+  const test_files::TemporaryFolder folder;
+  const std::string path = folder.file("records");
   runtime::open(77, path, runtime::OpenStatus::unknown);
   output_unit = 77;
   EXPECT_EQ(sent_by([] { set_variant_path("V"); }), "");
-  EXPECT_EQ(bytes_of_file(path), "\x01varpath\x02V\x03");
+  EXPECT_EQ(test_files::read_bytes(path), "\x01varpath\x02V\x03");
   output_unit = 6;
   runtime::close(77, runtime::CloseStatus::remove);
   EXPECT_EQ(sent_by([] { set_variant_path("V"); }), "\x01varpath\x02V\x03");
@@ -59,7 +50,7 @@ TEST(Frames, PassOverAFrontEndThatHasGoneAway) {
     set_variant_path("V");
   });
   EXPECT_EQ(outcome.exit_status, child::came_back);
-  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.err, "E/A-Fehler beim Schreiben von \"Standardausgabe\": Bad file descriptor\n");
 }
 
 TEST(MessageBox, SendsTitleAndTextUnderTheButtonCode) {
@@ -437,15 +428,14 @@ TEST(StoppingEntries, TakeWhatTheirCallersPass) {
 }
 
 TEST(StoppingEntries, CompleteTheOpenFiles) {
-  const std::string path = testing::TempDir() + "/SCRENIX_test_open_file";
-  std::remove(path.c_str());
+  const test_files::TemporaryFolder folder;
+  const std::string path = folder.file("open_file");
   child::run([&] {
     runtime::open(77, path, runtime::OpenStatus::unknown);
-    runtime::write_line(77, "vor dem Ende");
+    runtime::write<"(a)">(77, "vor dem Ende");
     start_print();
   });
-  EXPECT_EQ(bytes_of_file(path), "vor dem Ende\n");
-  std::remove(path.c_str());
+  EXPECT_EQ(test_files::read_bytes(path), "vor dem Ende\n");
 }
 
 }  // namespace

@@ -6,9 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -18,6 +16,8 @@
 #include "runtime/fixed_text.h"
 #include "runtime/stop.h"
 #include "tests/child.h"
+#include "tests/notices.h"
+#include "tests/test_files.h"
 
 namespace {
 
@@ -42,14 +42,6 @@ namespace {
 // A run without arguments in a folder of its own.
 class Chooser : public testing::Test {
  protected:
-  Chooser() : folder_(fs::path(testing::TempDir()) / ("chooser_test_" + std::to_string(getpid()))) {
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
-  }
-  ~Chooser() override { fs::remove_all(folder_); }
-  Chooser(const Chooser&) = delete;
-  Chooser& operator=(const Chooser&) = delete;
-
   static void choose(std::string_view name) {
     chooser = [name = std::string(name)](auto, auto, std::span<char> chosen_name) {
       runtime::assign_padded(chosen_name.data(), chosen_name.size(), name);
@@ -57,9 +49,8 @@ class Chooser : public testing::Test {
     };
   }
 
-  [[nodiscard]] child::Outcome run() const {
-    return child::run([&] {
-      fs::current_path(folder_);
+  static child::Outcome run() {
+    return child::run([] {
       const char* const arguments[] = {"KV_Akum"};
       runtime::set_arguments(1, arguments);
       ProgramDriver();
@@ -67,19 +58,8 @@ class Chooser : public testing::Test {
     });
   }
 
-  static std::string box(const std::string& title, const std::string& text) {
-    return "\x01messagebox_button_0_settitle\x02" + title + "\x03\x01messagebox_button_0\x02" + text + "\x03";
-  }
-
-  [[nodiscard]] const fs::path& folder() const { return folder_; }
-
-  [[nodiscard]] std::string bytes_of(const std::string& name) const {
-    std::ifstream file(folder_ / name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  }
-
  private:
-  fs::path folder_;
+  test_files::WorkingFolder folder_;
 };
 
 TEST_F(Chooser, IsAskedForASystemFile) {
@@ -101,31 +81,27 @@ TEST_F(Chooser, IsAskedForASystemFile) {
 TEST_F(Chooser, WithoutAChoiceEndsTheRun) {
   chooser = [](auto, auto, auto) { return false; };
   const child::Outcome outcome = run();
-  EXPECT_EQ(outcome.out, box("KV_Akum: Fehler", "Es wurde keine SYS-Datei ausgew\xE4hlt!\r\nAbbruch!"));
+  EXPECT_EQ(outcome.out, notices::error("Es wurde keine SYS-Datei ausgew\xE4hlt!\r\nAbbruch!"));
   EXPECT_EQ(outcome.err, "");
   EXPECT_EQ(outcome.exit_status, 0);
-  EXPECT_TRUE(fs::is_empty(folder()));
+  EXPECT_TRUE(fs::is_empty("."));
 }
 
 TEST_F(Chooser, ChosenVariantIsRun) {
-  for (const fs::directory_entry& entry : fs::directory_iterator(KV_EXAMPLES_DIR)) {
-    if (entry.path().stem() == "rausel") fs::copy(entry.path(), folder());
-  }
+  test_files::copy_variant("rausel", KV_EXAMPLES_DIR, ".");
   choose("rausel");
   const child::Outcome outcome = run();
-  EXPECT_EQ(outcome.out, box("KV_Akum", "Ergebnis: rausel.Akum"));
+  EXPECT_EQ(outcome.out, notices::closing("rausel"));
   EXPECT_EQ(outcome.exit_status, 0);
-  std::ifstream expected(fs::path(KV_EXAMPLES_DIR) / "expected" / "rausel.Akum", std::ios::binary);
-  ASSERT_TRUE(expected);
-  EXPECT_EQ(bytes_of("rausel.Akum"), std::string(std::istreambuf_iterator<char>(expected), {}));
+  EXPECT_EQ(test_files::read_bytes("rausel.Akum"),
+            test_files::read_bytes(fs::path(KV_EXAMPLES_DIR) / "expected" / "rausel.Akum"));
 }
 
 // The driver's own test would end the run with its notice; here the reader is the first to miss the file.
 TEST_F(Chooser, ChosenVariantIsNotTestedForExistence) {
   choose("fehlt");
   const child::Outcome outcome = run();
-  EXPECT_EQ(outcome.out, box("KV_Akum: Fehler", "Die Datei fehlt.sys existiert nicht.") +
-                             box("KV_Akum", "Ergebnis: fehlt.Akum"));
+  EXPECT_EQ(outcome.out, notices::error("Die Datei fehlt.sys existiert nicht.") + notices::closing("fehlt"));
   EXPECT_EQ(outcome.exit_status, 0);
 }
 

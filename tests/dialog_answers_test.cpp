@@ -23,11 +23,12 @@ struct ShownBox {
 struct ShownChooser {
   std::string title;
   std::vector<std::string> descriptions;
-  std::size_t name_width;
+  std::string name;  // as it stood before the choice
 };
 
 std::int32_t next_answer = SCRENIX::answer_yes;
 std::vector<ShownBox> shown_boxes;
+bool next_choice = true;
 std::vector<ShownChooser> shown_choosers;
 
 }  // namespace
@@ -42,12 +43,12 @@ std::int32_t message_box(std::string_view title, std::string_view text,
 
 bool get_open_file_name(std::string_view title, std::span<const FileFilter> filters,
                         std::span<char> chosen_name) {
-  shown_choosers.push_back({std::string(title), {}, chosen_name.size()});
+  shown_choosers.push_back({std::string(title), {}, std::string(chosen_name.begin(), chosen_name.end())});
   for (const FileFilter& filter : filters) {
     shown_choosers.back().descriptions.emplace_back(filter.description);
   }
   runtime::assign_padded(chosen_name.data(), chosen_name.size(), "name");
-  return true;
+  return next_choice;
 }
 
 }  // namespace SCRENIX
@@ -61,6 +62,7 @@ class Answers : public testing::Test {
     reset();
     next_answer = SCRENIX::answer_yes;
     shown_boxes.clear();
+    next_choice = true;
     shown_choosers.clear();
   }
 };
@@ -124,7 +126,9 @@ TEST_F(Answers, NoLanguageAsksNothing) {
 
 TEST_F(Answers, ViewingTheProtocolOpensTheFileChooser) {
   constexpr SCRENIX::FileFilter filters[] = {{"Protokolle", "*.pkl"}};
-  EXPECT_EQ(AskViewProtocol("Protokoll", filters), 6);
+  runtime::FixedText<protocol_name_width> name("v.pkl");
+  bool chosen = false;
+  EXPECT_EQ(AskViewProtocol("Protokoll", filters, name.bytes, chosen), 6);
   EXPECT_EQ(dialog_state.last_answer, 6);
   ASSERT_EQ(shown_boxes.size(), 1U);
   EXPECT_EQ(shown_boxes[0].title.size(), 25U);
@@ -132,12 +136,25 @@ TEST_F(Answers, ViewingTheProtocolOpensTheFileChooser) {
   ASSERT_EQ(shown_choosers.size(), 1U);
   EXPECT_EQ(shown_choosers[0].title, "Protokoll");
   EXPECT_EQ(shown_choosers[0].descriptions, std::vector<std::string>{"Protokolle"});
-  EXPECT_EQ(shown_choosers[0].name_width, 500U);
+  EXPECT_EQ(shown_choosers[0].name, "v.pkl" + std::string(495, ' '));
+  EXPECT_EQ(name, "name");
+  EXPECT_TRUE(chosen);
+}
+
+TEST_F(Answers, ViewingTheProtocolTellsThatNoneWasChosen) {
+  next_choice = false;
+  runtime::FixedText<protocol_name_width> name;
+  bool chosen = true;
+  EXPECT_EQ(AskViewProtocol("Protokoll", {}, name.bytes, chosen), 6);
+  EXPECT_FALSE(chosen);
 }
 
 TEST_F(Answers, NotViewingTheProtocolOpensNothing) {
   next_answer = 2;
-  EXPECT_EQ(AskViewProtocol("Protokoll", {}), 2);
+  runtime::FixedText<protocol_name_width> name;
+  bool chosen = true;
+  EXPECT_EQ(AskViewProtocol("Protokoll", {}, name.bytes, chosen), 2);
+  EXPECT_TRUE(chosen);
   EXPECT_EQ(dialog_state.last_answer, 2);
   EXPECT_TRUE(shown_choosers.empty());
 }

@@ -5,36 +5,25 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <string>
 #include <string_view>
 
 #include "runtime/fixed_text.h"
 #include "tests/child.h"
+#include "tests/notices.h"
 
 namespace m_ScrenixQt {
 namespace {
+
+using notices::message_box;
+using notices::sent_by;
 
 class Dialogs : public testing::Test {
  protected:
   Dialogs() { reset(); }
 
-  // The bytes of standard output that are there when the work has come back.
-  static std::string sent_by(const std::function<void()>& work) {
-    testing::internal::CaptureStdout();
-    work();
-    return testing::internal::GetCapturedStdout();
-  }
-
-  static std::string box(const std::string& code, const std::string& title, const std::string& text) {
-    return "\x01messagebox_button_" + code + "_settitle\x02" + title + "\x03\x01messagebox_button_" + code +
-           "\x02" + text + "\x03";
-  }
-
   static std::string item_text(const std::string& item, const std::string& text) {
-    return "\x01"
-           "dialogitem_" +
-           item + "_settext\x02" + text + "\x03";
+    return notices::record("dialogitem_" + item + "_settext", text);
   }
 
   // What a question leaves in an answer of the given length, with two guards behind it.
@@ -55,7 +44,7 @@ TEST_F(Dialogs, StateAtTheStart) {
 
 TEST_F(Dialogs, NoticeGoesOutWithoutACode) {
   EXPECT_EQ(sent_by([] { ShowMessage("KV_Akum", "Ergebnis: V.Akum"); }),
-            box("0", "KV_Akum", "Ergebnis: V.Akum"));
+            message_box("KV_Akum", "Ergebnis: V.Akum"));
   EXPECT_EQ(dialog_state.last_message_result, 7);
 }
 
@@ -68,12 +57,12 @@ TEST_F(Dialogs, NoticeLeavesTheLastAnswerAndTheAnswerText) {
 }
 
 TEST_F(Dialogs, BlankTitleAndTextAreEmptyValues) {
-  EXPECT_EQ(sent_by([] { ShowMessage("   ", "  "); }), box("0", "", ""));
-  EXPECT_EQ(sent_by([] { ShowMessage("", ""); }), box("0", "", ""));
+  EXPECT_EQ(sent_by([] { ShowMessage("   ", "  "); }), message_box("", ""));
+  EXPECT_EQ(sent_by([] { ShowMessage("", ""); }), message_box("", ""));
 }
 
 TEST_F(Dialogs, QuestionPreselectsNo) {
-  EXPECT_EQ(sent_by([] { ShowMessage("Frage?", "Weiter?  "); }), box("260", "Frage?", "Weiter?"));
+  EXPECT_EQ(sent_by([] { ShowMessage("Frage?", "Weiter?  "); }), message_box("Frage?", "Weiter?", "260"));
   EXPECT_EQ(dialog_state.last_answer, 7);
   EXPECT_EQ(dialog_state.last_message_result, 0);
 }
@@ -87,7 +76,7 @@ TEST_F(Dialogs, QuestionAnswersNoAtEveryLength) {
 }
 
 TEST_F(Dialogs, QuestionWithBlanksBehindItsTitleIsAQuestion) {
-  EXPECT_EQ(sent_by([] { ShowMessage("Frage?     ", "Weiter?"); }), box("260", "Frage?", "Weiter?"));
+  EXPECT_EQ(sent_by([] { ShowMessage("Frage?     ", "Weiter?"); }), message_box("Frage?", "Weiter?", "260"));
 }
 
 TEST_F(Dialogs, OtherSpellingsAreNotices) {
@@ -95,16 +84,18 @@ TEST_F(Dialogs, OtherSpellingsAreNotices) {
                                   "Abbruch!!", "Abbruch!!!!", "Frage?\t"}) {
     SCOPED_TRACE(title);
     std::string answer = "alt";
-    EXPECT_EQ(sent_by([&] { ShowMessage(title, "x", answer); }), box("0", title, "x"));
+    EXPECT_EQ(sent_by([&] { ShowMessage(title, "x", answer); }), message_box(title, "x"));
     EXPECT_EQ(answer, "alt");
   }
 }
 
 TEST_F(Dialogs, AutoYesAnswersWithoutAsking) {
-  dialog_state.auto_yes = 1;
   dialog_state.last_answer = 3;
-  EXPECT_EQ(sent_by([] { ShowMessage("Frage?", "Weiter?"); }), "");
-  EXPECT_EQ(dialog_state.last_answer, 3);
+  for (const std::int32_t flag : {1, 2, -1}) {
+    dialog_state.auto_yes = flag;
+    EXPECT_EQ(sent_by([] { ShowMessage("Frage?", "Weiter?"); }), "") << flag;
+    EXPECT_EQ(dialog_state.last_answer, 3);
+  }
   EXPECT_EQ(answer_of_length(0), "##");
   EXPECT_EQ(answer_of_length(1), "J##");
   EXPECT_EQ(answer_of_length(2), "Ja##");
@@ -113,13 +104,14 @@ TEST_F(Dialogs, AutoYesAnswersWithoutAsking) {
 
 TEST_F(Dialogs, AutoYesShowsNoticesAllTheSame) {
   dialog_state.auto_yes = 1;
-  EXPECT_EQ(sent_by([] { ShowMessage("KV_Akum", "x"); }), box("0", "KV_Akum", "x"));
+  EXPECT_EQ(sent_by([] { ShowMessage("KV_Akum", "x"); }), message_box("KV_Akum", "x"));
 }
 
 TEST_F(Dialogs, FatalMessageEndsTheProgramUnderTheFixedTitle) {
   for (const std::string_view title : {"Abbruch!!!", "Abbruch!!!   "}) {
     const child::Outcome outcome = child::run([&] { ShowMessage(title, "Speicher fehlt  "); });
-    EXPECT_EQ(outcome.out, box("0", "Schwerer Fehler: Nach <OK> erfolgt Programmabbruch!", "Speicher fehlt"));
+    EXPECT_EQ(outcome.out,
+              message_box("Schwerer Fehler: Nach <OK> erfolgt Programmabbruch!", "Speicher fehlt"));
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.exit_status, 0);
   }
@@ -136,14 +128,14 @@ TEST_F(Dialogs, FatalMessageKeepsItsResult) {
 
 TEST_F(Dialogs, MessageAndStopEndsTheProgram) {
   const child::Outcome outcome = child::run([] { ShowMessageAndStop("KV_Akum: Fehler   ", "Ende.   "); });
-  EXPECT_EQ(outcome.out, box("0", "KV_Akum: Fehler", "Ende."));
+  EXPECT_EQ(outcome.out, message_box("KV_Akum: Fehler", "Ende."));
   EXPECT_EQ(outcome.err, "");
   EXPECT_EQ(outcome.exit_status, 0);
 }
 
 TEST_F(Dialogs, MessageAndStopEndsTheProgramAfterAQuestionToo) {
   const child::Outcome outcome = child::run([] { ShowMessageAndStop("Frage?  ", "Weiter?"); });
-  EXPECT_EQ(outcome.out, box("260", "Frage?", "Weiter?"));
+  EXPECT_EQ(outcome.out, message_box("Frage?", "Weiter?", "260"));
   EXPECT_EQ(outcome.exit_status, 0);
 }
 
@@ -160,18 +152,22 @@ TEST_F(Dialogs, CancelIsNotAskedWithoutALanguage) {
 TEST_F(Dialogs, CancelIsAskedInTheLanguage) {
   dialog_state.language = "DEUTSCH";
   EXPECT_EQ(sent_by([] { EXPECT_EQ(AskCancel(), 1); }),
-            box("4", "Abbruch?", "Wollen Sie den Programmablauf wirklich abbrechen ?"));
+            message_box("Abbruch?", "Wollen Sie den Programmablauf wirklich abbrechen ?", "4"));
   dialog_state.language = "ENGLISH";
   EXPECT_EQ(sent_by([] { EXPECT_EQ(AskCancel(), 1); }),
-            box("4", "Cancel?", "Are You shure to cancel program ?"));
+            message_box("Cancel?", "Are You shure to cancel program ?", "4"));
   EXPECT_EQ(dialog_state.keep_running, 1);
   EXPECT_EQ(dialog_state.last_answer, 0);
 }
 
 TEST_F(Dialogs, ProtocolIsNotViewedAfterANo) {
-  EXPECT_EQ(sent_by([] { EXPECT_EQ(AskViewProtocol("Protokoll", {}), 7); }),
-            box("4", "Protokolldatei anschauen?", "Wollen Sie Fehler/Warnungen anschauen?"));
+  runtime::FixedText<protocol_name_width> name("v.pkl");
+  bool chosen = true;
+  EXPECT_EQ(sent_by([&] { EXPECT_EQ(AskViewProtocol("Protokoll", {}, name.bytes, chosen), 7); }),
+            message_box("Protokolldatei anschauen?", "Wollen Sie Fehler/Warnungen anschauen?", "4"));
   EXPECT_EQ(dialog_state.last_answer, 7);
+  EXPECT_EQ(name, "v.pkl");
+  EXPECT_TRUE(chosen);
 }
 
 TEST_F(Dialogs, NewGivesAStatusFieldItsText) {
@@ -215,10 +211,8 @@ TEST_F(Dialogs, DatesAndTimeHaveTheirFields) {
 TEST_F(Dialogs, InitShowsABlankWindowWithACancelButton) {
   sent_by([] { status_window(1, 9, "NEW", "alt"); });
   EXPECT_EQ(sent_by([] { status_window(1, 0, "INIT", "KV_Akum "); }),
-            item_text("10", "Abbruch") +
-                "\x01"
-                "dialogbox_1_setmode\x02modeless\x03\x01"
-                "dialogbox_1_settitle\x02KV_Akum\x03");
+            item_text("10", "Abbruch") + notices::record("dialogbox_1_setmode", "modeless") +
+                notices::record("dialogbox_1_settitle", "KV_Akum"));
   EXPECT_EQ(status_text(1, 9), std::string(10000, ' '));
   EXPECT_EQ(status_window_handle(1), 1);
 }

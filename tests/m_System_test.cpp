@@ -1,4 +1,5 @@
 #include "m_System/m_System.h"
+#include "m_System/filled_tables.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,7 +15,11 @@
 
 #include "m_WLM_error/m_WLM_error.h"
 #include "runtime/array.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
+#include "tests/notices.h"
+#include "tests/shown_text.h"
+#include "tests/test_files.h"
 #include "tests/variant_files.h"
 
 namespace {
@@ -25,6 +30,7 @@ using m_System::ElementIndex;
 using m_System::system_logic;
 using m_System::TypeOrdinal;
 using m_WLM_error::ErrorLevel;
+using test_files::write_bytes;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using variant_files::columns_line;
@@ -32,10 +38,8 @@ using variant_files::fill_system_logic;
 using variant_files::Lines;
 using variant_files::Network;
 using variant_files::protocol_codes;
-using variant_files::ShownText;
 using variant_files::sys_line;
 using variant_files::sys_lines;
-using variant_files::write_file;
 using variant_files::write_lines;
 using variant_files::written_lines;
 
@@ -55,13 +59,13 @@ class SystemTest : public testing::Test {
   }
 
  private:
-  variant_files::WorkingFolder folder_;
+  variant_files::FreshRun folder_;
 };
 
 // The tables.
 
 TEST_F(SystemTest, AllocatesBlanksAndZeros) {
-  system_logic.total_count = 3;
+  m_System::filled_tables.total_count = 3;
   EXPECT_EQ(AllocateSystemTables(), 0);
   EXPECT_EQ(system_logic.element_count, 3);
   EXPECT_EQ(system_logic.mark.size(), 5);
@@ -89,7 +93,7 @@ TEST_F(SystemTest, WithoutElementsEveryTableHasOneEntry) {
 }
 
 TEST_F(SystemTest, ReportsAFailedAllocation) {
-  system_logic.total_count = 100;
+  m_System::filled_tables.total_count = 100;
   // Enough for the small tables and too little for the inflow names.
   for (const std::size_t limit : {std::size_t{0}, std::size_t{101} * 12}) {
     runtime::limit_allocations(limit);
@@ -203,7 +207,8 @@ TEST_F(SystemTest, LinksTheElementsAndListsThem) {
   EXPECT_THAT(system_logic.outflow_index.at(3).values, ElementsAre(4, 0));
   EXPECT_THAT(system_logic.outflow_index.at(4).values, ElementsAre(5, 0));
   EXPECT_FALSE(runtime::unit_of("v.sys").has_value());
-  EXPECT_TRUE(runtime::unit_of("code.pkl").has_value());
+  // The listing was opened beside the system file.
+  EXPECT_EQ(runtime::unit_of("code.pkl"), 101);
   EXPECT_THAT(written_lines("code.pkl"),
               ElementsAre("code.pkl", "N0010                   T0010          1   0   0   0   3   0",
                           "K0010                   T0010          2   0   0   0   3   0",
@@ -223,12 +228,12 @@ TEST_F(SystemTest, CountsTheTypes) {
                   {"B2", {"B1", "V1"}, {"ENDE"}}}));
   EXPECT_EQ(system_logic.total_count, 9);
   EXPECT_EQ(system_logic.element_count, 9);
-  EXPECT_EQ(system_logic.count_N, 2);
-  EXPECT_EQ(system_logic.count_K, 1);
-  EXPECT_EQ(system_logic.count_E, 1);
-  EXPECT_EQ(system_logic.count_T, 1);
-  EXPECT_EQ(system_logic.count_V, 1);
-  EXPECT_EQ(system_logic.count_B, 2);
+  EXPECT_EQ(system_logic.count('N'), 2);
+  EXPECT_EQ(system_logic.count('K'), 1);
+  EXPECT_EQ(system_logic.count('E'), 1);
+  EXPECT_EQ(system_logic.count('T'), 1);
+  EXPECT_EQ(system_logic.count('V'), 1);
+  EXPECT_EQ(system_logic.count('B'), 2);
 }
 
 TEST_F(SystemTest, AFileWithoutElementLines) {
@@ -255,7 +260,7 @@ TEST_F(SystemTest, AnElementBehindTheEndMarkerLeavesABlankPlace) {
   network.push_back({"T0030", {"T0020"}, {}});
   read(sys_lines(network));
   EXPECT_EQ(system_logic.element_count, 5);
-  EXPECT_EQ(system_logic.count_T, 3);
+  EXPECT_EQ(system_logic.count('T'), 3);
   EXPECT_TRUE(system_logic.name.at(5).blank());
   EXPECT_EQ(system_logic.type.at(5), ' ');
   EXPECT_EQ(system_logic.outflow_index.at(5).at(1), 6);
@@ -294,7 +299,7 @@ TEST_F(SystemTest, PassesOverOtherLines) {
     m_System::CountElements(unit);
     // The unit is rewound.
     std::string_view first;
-    EXPECT_EQ(runtime::read_line(unit, 200, first), runtime::ReadStatus::good);
+    EXPECT_TRUE(runtime::LineReader(unit, 200).next(first));
     EXPECT_EQ(first, line);
     runtime::close(unit);
     return system_logic.total_count == 1;
@@ -345,6 +350,33 @@ TEST_F(SystemTest, AGapBeforeALaterInflowIsNoElementLine) {
   EXPECT_EQ(elements({{44, "N0010"}, {55, "x"}}), 0);
 }
 
+TEST_F(SystemTest, ALinkIsBlankUpToTheLastColumnOfItsSpan) {
+  struct Span {
+    std::size_t last;
+    std::initializer_list<variant_files::Field> links;  // the fields that are not blank
+  };
+  const std::array<Span, 5> spans = {{{60, {}},
+                                      {60, {{44, "N0010"}}},
+                                      {60, {{44, "N0010"}, {50, "N0020"}}},
+                                      {68, {{44, "N0010"}, {70, "T0020"}}},
+                                      {74, {{44, "N0010"}, {64, "T0020"}}}}};
+  const auto is_read = [](const Span& span, std::size_t column) {
+    std::string line = columns_line({{36, "T0010"}, {80, "|"}});
+    for (const variant_files::Field& link : span.links) {
+      line.replace(link.column - 1, link.text.size(), link.text);
+    }
+    line[column - 1] = 'x';
+    variant_files::start_afresh();
+    read({line});
+    EXPECT_EQ(system_logic.total_count, system_logic.element_count);
+    return system_logic.element_count == 1 && system_logic.name.at(1) == "T0010";
+  };
+  for (const Span& span : spans) {
+    EXPECT_FALSE(is_read(span, span.last)) << span.last << " " << span.links.size();
+    EXPECT_TRUE(is_read(span, span.last + 1)) << span.last << " " << span.links.size();
+  }
+}
+
 TEST_F(SystemTest, PassesOverElementsOfTypeZ) {
   read(
       {sys_line({"N1", {}, {"T1"}}), sys_line({"Z1", {"N1"}, {"ENDE"}}), sys_line({"T1", {"N1"}, {"ENDE"}})});
@@ -380,7 +412,7 @@ TEST_F(SystemTest, ColumnsBeyond100DoNotCount) {
 TEST_F(SystemTest, AMissingFileIsShown) {
   const ShownText shown;
   m_System::ReadSystemFile("v  ");
-  EXPECT_EQ(shown.output(), variant_files::error_notice("Die Datei v.sys existiert nicht."));
+  EXPECT_EQ(shown.output(), notices::error("Die Datei v.sys existiert nicht."));
   EXPECT_EQ(ErrorLevel, 3);
   EXPECT_FALSE(fs::exists("code.pkl"));
 }
@@ -393,7 +425,7 @@ TEST_F(SystemTest, NamesOfFilesHave200Characters) {
 TEST_F(SystemTest, TheListingStandsInTheWorkingFolder) {
   fs::create_directory("data");
   write_lines("data/v.sys", sys_lines(small_network));
-  write_file("code.pkl", "an older and longer listing\nof two lines\nand a third\n");
+  write_bytes("code.pkl", "an older and longer listing\nof two lines\nand a third\n");
   m_System::ReadSystemFile("data\\v");
   EXPECT_EQ(written_lines("code.pkl").size(), 5U);
   EXPECT_FALSE(fs::exists("data/code.pkl"));

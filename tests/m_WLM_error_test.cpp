@@ -10,6 +10,9 @@
 
 #include "m_WLM_error/catalogue/entry.h"
 #include "runtime/units.h"
+#include "tests/german.h"
+#include "tests/test_files.h"
+#include "tests/unit_watch.h"
 #include "tests/variant_files.h"
 
 namespace {
@@ -18,18 +21,19 @@ namespace fs = std::filesystem;
 using m_WLM_error::ErrorLevel;
 using m_WLM_error::MessageDispatcher;
 using m_WLM_error::report;
+using test_files::write_bytes;
+using testing::Each;
 using testing::ElementsAre;
-using variant_files::german;
+using testing::EndsWith;
 using variant_files::Lines;
 using variant_files::protocol_codes;
 using variant_files::protocol_lines;
 using variant_files::start_protocol;
-using variant_files::write_file;
 using variant_files::written_lines;
 
 class Dispatcher : public testing::Test {
  private:
-  variant_files::WorkingFolder folder_;
+  variant_files::FreshRun folder_;
 };
 
 TEST_F(Dispatcher, InitStartsARunWithoutAFile) {
@@ -38,8 +42,8 @@ TEST_F(Dispatcher, InitStartsARunWithoutAFile) {
 }
 
 TEST_F(Dispatcher, InitRemovesAnOldProtocolAndNothingElse) {
-  write_file("v.pkl", "old\n");
-  write_file("w.pkl", "old\n");
+  write_bytes("v.pkl", "old\n");
+  write_bytes("w.pkl", "old\n");
   fs::create_directory("folder.pkl");
   start_protocol();
   EXPECT_FALSE(fs::exists("v.pkl"));
@@ -74,7 +78,7 @@ TEST_F(Dispatcher, TheRunLabelHasTwelveCharacters) {
 
 TEST_F(Dispatcher, TheProtocolPathHas120Characters) {
   const std::string path = std::string(116, 'p') + ".pkl";
-  write_file(path, "old\n");
+  write_bytes(path, "old\n");
   MessageDispatcher("INIT", {.text1 = path + "xyz"});
   EXPECT_FALSE(fs::exists(path));
   MessageDispatcher("Y04");
@@ -134,14 +138,33 @@ TEST_F(Dispatcher, FinaleClosesTheProtocolAndReturnsTheLevel) {
   EXPECT_TRUE(runtime::unit_of("v.pkl").has_value());
   EXPECT_EQ(MessageDispatcher("FINALE"), 1);
   EXPECT_FALSE(runtime::unit_of("v.pkl").has_value());
-  EXPECT_EQ(variant_files::read_file("v.pkl"),
+  EXPECT_EQ(test_files::read_bytes("v.pkl"),
             german("Prüfprotokoll: KARVOS\nW01 Warnung: Das Systemelement .............. : V1\n"
                    "             weist kein 1. Abgabeelement auf!\n"));
 }
 
+TEST_F(Dispatcher, AMessageAfterFinaleIsAnIoError) {
+  start_protocol();
+  MessageDispatcher("Y04");
+  MessageDispatcher("FINALE");
+  const std::string closed = test_files::read_bytes("v.pkl");
+  EXPECT_EXIT(MessageDispatcher("Y04"), testing::ExitedWithCode(0), "Einheit 100");
+  EXPECT_EQ(test_files::read_bytes("v.pkl"), closed);
+}
+
+TEST_F(Dispatcher, FinaleBeforeTheFirstMessageHoldsNothingUp) {
+  start_protocol();
+  MessageDispatcher("FINALE");
+  MessageDispatcher("Y04");
+  EXPECT_THAT(protocol_codes(), ElementsAre("Y04"));
+}
+
 TEST_F(Dispatcher, TakesTheFirstFreeUnitFrom100) {
   start_protocol();
-  write_file("other", "");
+  MessageDispatcher("Y04");
+  EXPECT_EQ(runtime::unit_of("v.pkl"), 100);
+  start_protocol();
+  write_bytes("other", "");
   runtime::open(100, "other", runtime::OpenStatus::old);
   MessageDispatcher("Y04");
   EXPECT_EQ(runtime::unit_of("v.pkl"), 101);
@@ -203,8 +226,37 @@ TEST_F(Dispatcher, CutsATextAt1000Characters) {
   EXPECT_EQ(lines.at(2), start + std::string(998, 's'));
 }
 
+TEST_F(Dispatcher, CutsEveryTextAt1000Characters) {
+  start_protocol();
+  const std::string text(1000, 't');
+  MessageDispatcher("E34", {.text1 = text + "1", .text2 = text + "2", .text3 = text + "3"});
+  EXPECT_THAT(protocol_lines(), Each(EndsWith(": " + text)));
+}
+
+TEST_F(Dispatcher, AbsentNumbersHaveTheirValues) {
+  start_protocol();
+  MessageDispatcher("E12");
+  EXPECT_THAT(protocol_lines(),
+              ElementsAre(EndsWith(": "), EndsWith(": -9999.990"), EndsWith(":     0.000")));
+  start_protocol();
+  MessageDispatcher("Y00");
+  EXPECT_THAT(protocol_lines().front(), EndsWith(":     0"));
+}
+
+TEST_F(Dispatcher, InitKeepsTheLastStructure) {
+  const auto assign = [](std::string_view text) {
+    MessageDispatcher("ZW0", {.text1 = "Profile", .text2 = text});
+  };
+  start_protocol();
+  assign("one");
+  EXPECT_THAT(protocol_lines(), ElementsAre(EndsWith(": Profile"), "", "    one"));
+  start_protocol();
+  assign("two");
+  EXPECT_THAT(protocol_lines(), ElementsAre("    two"));
+}
+
 TEST_F(Dispatcher, ModeLSuppressesThreeCodes) {
-  write_file("fehlercode.ex", "W01\n");
+  write_bytes("fehlercode.ex", "W01\n");
   MessageDispatcher("INIT", {.text1 = "v.pkl", .text2 = "KARVOS", .text3 = "L  "});
   MessageDispatcher("Y04");
   for (const std::string_view code : {"mnn18", "mnn19", "W11"}) EXPECT_EQ(MessageDispatcher(code), 0);
@@ -213,14 +265,24 @@ TEST_F(Dispatcher, ModeLSuppressesThreeCodes) {
 }
 
 TEST_F(Dispatcher, OtherModesReadTheListOfTheWorkingFolder) {
-  write_file("fehlercode.ex", "W01\n");
-  MessageDispatcher("INIT", {.text1 = "v.pkl", .text3 = "l"});
-  EXPECT_EQ(MessageDispatcher("W01"), 0);
-  EXPECT_EQ(MessageDispatcher("W11"), 1);
+  write_bytes("fehlercode.ex", "W01\n");
+  for (const std::string_view mode : {"l", "LL", " L", ""}) {
+    runtime::close_all();
+    MessageDispatcher("INIT", {.text1 = "v.pkl", .text3 = mode});
+    EXPECT_EQ(MessageDispatcher("W01"), 0) << mode;
+    EXPECT_EQ(MessageDispatcher("W11"), 1) << mode;
+  }
+}
+
+TEST_F(Dispatcher, ACodeIsSoughtWithItsWholeLength) {
+  write_bytes("fehlercode.ex", "W01Y05\n");
+  start_protocol();
+  EXPECT_EQ(MessageDispatcher("W01 "), 1);
+  EXPECT_EQ(MessageDispatcher("Y05 "), 0);
 }
 
 TEST_F(Dispatcher, ASuppressedCodeReturnsZeroAndChangesNothing) {
-  write_file("fehlercode.ex", "W01\nY05\n");
+  write_bytes("fehlercode.ex", "W01\nY05\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("Y05"), 0);
   EXPECT_FALSE(fs::exists("v.pkl"));
@@ -231,7 +293,7 @@ TEST_F(Dispatcher, ASuppressedCodeReturnsZeroAndChangesNothing) {
 }
 
 TEST_F(Dispatcher, TheLinesOfTheListAreJoined) {
-  write_file("fehlercode.ex", "W0\nY1");
+  write_bytes("fehlercode.ex", "W0\nY1");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("Y04"), 2);
   for (const std::string_view code : {"W0", "Y1", "0Y1", "W0Y1", "W", "Y"}) {
@@ -242,14 +304,14 @@ TEST_F(Dispatcher, TheLinesOfTheListAreJoined) {
 }
 
 TEST_F(Dispatcher, ALeadingBlankOfALineStaysInTheList) {
-  write_file("fehlercode.ex", "W0  \n 1\n");
+  write_bytes("fehlercode.ex", "W0  \n 1\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("W01"), 1);
   EXPECT_EQ(MessageDispatcher("W0 1"), 0);
 }
 
 TEST_F(Dispatcher, ALineOfTheListHas100Characters) {
-  write_file("fehlercode.ex", std::string(98, '.') + "W01\nY05\n");
+  write_bytes("fehlercode.ex", std::string(98, '.') + "W01\nY05\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("W01"), 1);
   EXPECT_EQ(MessageDispatcher("W0Y05"), 0);
@@ -258,32 +320,47 @@ TEST_F(Dispatcher, ALineOfTheListHas100Characters) {
 TEST_F(Dispatcher, TheListHas1000Characters) {
   std::string lines;
   for (int i = 0; i < 9; ++i) lines += std::string(100, '.') + "\n";
-  write_file("fehlercode.ex", lines + std::string(95, '.') + "W01W0\nY05\n");
+  write_bytes("fehlercode.ex", lines + std::string(95, '.') + "W01W0\nY05\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("W01"), 0);
+  EXPECT_EQ(MessageDispatcher("W0"), 0);
+  EXPECT_EQ(MessageDispatcher("W0Y"), 1);
   EXPECT_EQ(MessageDispatcher("W02"), 1);
   EXPECT_EQ(MessageDispatcher("Y05"), 2);
 }
 
 TEST_F(Dispatcher, AnEmptyListSuppressesOnlyBlankCodes) {
-  write_file("fehlercode.ex", "");
+  write_bytes("fehlercode.ex", "");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("Y04"), 2);
   EXPECT_EQ(MessageDispatcher("   "), 0);
 }
 
 TEST_F(Dispatcher, TheListIsReadByEachInit) {
-  write_file("fehlercode.ex", "W01\n");
+  write_bytes("fehlercode.ex", "W01\n");
   start_protocol();
   EXPECT_EQ(MessageDispatcher("W01"), 0);
+  // A later list begins anew: nothing of the earlier one is left, not even a beginning.
+  write_bytes("fehlercode.ex", "W02\n");
+  start_protocol();
+  EXPECT_EQ(MessageDispatcher("W02"), 0);
+  EXPECT_EQ(MessageDispatcher("W01W02"), 1);
+  EXPECT_EQ(MessageDispatcher("W01"), 1);
   fs::remove("fehlercode.ex");
   start_protocol();
-  EXPECT_EQ(MessageDispatcher("W01"), 1);
+  EXPECT_EQ(MessageDispatcher("W02"), 1);
+}
+
+TEST_F(Dispatcher, TheListIsReadOnAUnitFrom100AndClosed) {
+  write_bytes("fehlercode.ex", "W01\n");
+  const UnitWatch watch;
+  start_protocol();
+  EXPECT_THAT(watch.units, ElementsAre(100));
   EXPECT_FALSE(runtime::unit_of("fehlercode.ex").has_value());
 }
 
 TEST_F(Dispatcher, ASuppressedErrorLevelSetsNothing) {
-  write_file("fehlercode.ex", "ErrorLevel\n");
+  write_bytes("fehlercode.ex", "ErrorLevel\n");
   start_protocol();
   MessageDispatcher("W01");
   EXPECT_EQ(MessageDispatcher("ErrorLevel", {.int1 = 3}), 0);
@@ -291,7 +368,7 @@ TEST_F(Dispatcher, ASuppressedErrorLevelSetsNothing) {
 }
 
 TEST_F(Dispatcher, TheReservedWordsAreNeverSuppressed) {
-  write_file("fehlercode.ex", "INITFINALE\n");
+  write_bytes("fehlercode.ex", "INITFINALE\n");
   start_protocol();
   MessageDispatcher("Y04");
   EXPECT_EQ(MessageDispatcher("FINALE "), 2);

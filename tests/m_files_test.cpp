@@ -6,8 +6,11 @@
 #include <vector>
 
 #include "runtime/cp1252.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 #include "tests/suite_host.h"
+#include "tests/unit_watch.h"
 
 namespace m_files {
 namespace {
@@ -29,8 +32,8 @@ class Files : public testing::Test {
     reset();
   }
 
-  suite_host::WorkingFolder folder_;
-  suite_host::SuiteHost host_;
+  test_files::WorkingFolder folder_;
+  SuiteHost host_;
 };
 
 // Units.
@@ -70,7 +73,7 @@ TEST_F(OpenChecked, NewReplacesAnExistingFile) {
 
 TEST_F(OpenChecked, NewReplacesAFileThatAUnitHolds) {
   runtime::open(100, "a.txt", OpenStatus::unknown);
-  runtime::write_line(100, "before");
+  runtime::write<"(a)">(100, "before");
   int unit = 0;
   EXPECT_EQ(open_checked("a.txt", "new  ", unit, 300), file_opened);
   EXPECT_EQ(unit, 300);
@@ -84,7 +87,7 @@ TEST_F(OpenChecked, OldMustExist) {
   write_bytes("a.txt", "line\n");
   EXPECT_EQ(open_checked("a.txt", "OLD", unit), file_opened);
   std::string_view line;
-  EXPECT_EQ(runtime::read_line(unit, 80, line), runtime::ReadStatus::good);
+  EXPECT_TRUE(runtime::LineReader(unit, 80).next(line));
   EXPECT_EQ(line, "line");
 }
 
@@ -119,6 +122,16 @@ TEST_F(DumpOpenUnits, ReportsTheConnectedUnitsUpToTheHighest) {
             "    3  a.txt\n"
             "   11  b.txt\n"
             "  200  o_unit_file.pkl\n");
+}
+
+TEST_F(DumpOpenUnits, CutsAPathAtFiveHundredCharacters) {
+  const std::string folder(250, 'd');
+  const std::string path = folder + "/" + folder + "/a.txt";
+  std::filesystem::create_directories(folder + "/" + folder);
+  runtime::open(3, path, OpenStatus::unknown);
+  dump_open_units("x", 3);
+  runtime::close_all();
+  EXPECT_EQ(read_bytes("o_unit_file.pkl"), "x  200    3\n    3  " + path.substr(0, 500) + "\n");
 }
 
 TEST_F(DumpOpenUnits, OverwritesAnEarlierFile) {
@@ -160,7 +173,7 @@ TEST_F(DeleteFile, DeletesAndFreesItsUnit) {
 
 TEST_F(DeleteFile, ClosesTheUnitThatHoldsTheFile) {
   runtime::open(42, "a.txt", OpenStatus::unknown);
-  runtime::write_line(42, "x");
+  runtime::write<"(a)">(42, "x");
   EXPECT_EQ(delete_file_if_exists("a.txt"), file_deleted);
   EXPECT_FALSE(runtime::is_connected(42));
   EXPECT_FALSE(exists("a.txt"));
@@ -200,6 +213,13 @@ TEST_F(CopyFileLines, CopiesLinesWithoutTrailingBlanks) {
   EXPECT_FALSE(runtime::is_connected(201));
 }
 
+TEST_F(CopyFileLines, TakesUnitsFrom200) {
+  write_bytes("a.txt", "one\n");
+  const UnitWatch watch;
+  EXPECT_EQ(copy_file_lines("a.txt", "b.txt"), lines_copied);
+  EXPECT_THAT(watch.units, ElementsAre(200, 201));
+}
+
 TEST_F(CopyFileLines, CutsLinesAtFiveHundredCharacters) {
   write_bytes("a.txt", std::string(499, 'x') + "yz\n");
   EXPECT_EQ(copy_file_lines("a.txt", "b.txt"), lines_copied);
@@ -212,17 +232,19 @@ TEST_F(CopyFileLines, TellsASourceThatCannotBeOpened) {
 }
 
 TEST_F(CopyFileLines, DeletesTheSourceWhenAsked) {
-  write_bytes("a.txt", "one\n");
-  EXPECT_EQ(copy_file_lines("a.txt", "b.txt", 1), lines_copied);
-  EXPECT_FALSE(exists("a.txt"));
-  EXPECT_EQ(read_bytes("b.txt"), "one\n");
+  for (const std::int32_t flag : {1, 2, -1}) {
+    write_bytes("a.txt", "one\n");
+    EXPECT_EQ(copy_file_lines("a.txt", "b.txt", flag), lines_copied);
+    EXPECT_FALSE(exists("a.txt")) << flag;
+    EXPECT_EQ(read_bytes("b.txt"), "one\n");
+  }
 }
 
 TEST_F(CopyFileLines, TakesASourceThatIsOpenFromItsBeginning) {
   write_bytes("a.txt", "one\ntwo\n");
   runtime::open(50, "a.txt", OpenStatus::old);
   std::string_view line;
-  ASSERT_EQ(runtime::read_line(50, 80, line), runtime::ReadStatus::good);
+  ASSERT_TRUE(runtime::LineReader(50, 80).next(line));
   EXPECT_EQ(copy_file_lines("a.txt", "b.txt"), lines_copied);
   EXPECT_EQ(read_bytes("b.txt"), "one\ntwo\n");
   EXPECT_FALSE(runtime::is_connected(50));
@@ -272,7 +294,7 @@ TEST_F(CopyLine, LeavesTheUnitsOfTheCallerOpen) {
   Line line;
   EXPECT_EQ(copy_line(10, 11, line), LineCopy::copied);
   EXPECT_EQ(copy_line(10, 11, line), LineCopy::end_of_file);
-  runtime::write_line(11, "behind");
+  runtime::write<"(a)">(11, "behind");
   runtime::close(11);
   EXPECT_TRUE(runtime::is_connected(10));
   EXPECT_EQ(read_bytes("b.txt"), "one\nbehind\n");
@@ -361,6 +383,13 @@ TEST_F(ListFiles, DeletesTheListing) {
   EXPECT_FALSE(runtime::is_connected(100));
 }
 
+TEST_F(ListFiles, TakesAUnitFrom100) {
+  hold({"Var1.sys"});
+  const UnitWatch watch;
+  EXPECT_THAT(list("*"), ElementsAre("Var1.sys"));
+  EXPECT_THAT(watch.units, ElementsAre(100));
+}
+
 TEST_F(ListFiles, CutsNamesAtTwoHundredCharacters) {
   hold({std::string(250, 'x')});
   EXPECT_THAT(list("*"), ElementsAre(std::string(200, 'x')));
@@ -427,6 +456,11 @@ TEST_F(ListFiles, LinesOfFoldersAndShortLinesAreNoFiles) {
       "1234567890123456789\n"
       " Verzeichnis von D:\\data\\noch eines mit langem Namen\n";
   EXPECT_THAT(list("*"), ElementsAre("a.sys"));
+}
+
+TEST_F(ListFiles, OnlyVerzeichnisAndADriveNameTheDirectory) {
+  hold({"Verzeichnis.txt", "Verzeichnis:x", "Verzeichnis\\x", "D:\\data", "D:\\VERZEICHNIS"});
+  EXPECT_THAT(list("*"), ElementsAre("Verzeichnis.txt", "Verzeichnis:x", "Verzeichnis\\x", "D:\\data"));
 }
 
 TEST_F(ListFiles, EveryOtherLineIsAFile) {
@@ -563,13 +597,20 @@ TEST_F(CopyFileListDeathTest, FailedAllocationStopsTheProgram) {
       ExitedWithCode(0), "Error allocating 1500 bytes\n$");
 }
 
-// The machine's own interpreter is not the suite's: what it leaves counts as an empty listing.
-TEST(HostWithoutTheSuitesShell, ServicesComeBack) {
-  const suite_host::WorkingFolder folder;
+// The machine's own interpreter is not the suite's.
+TEST(HostWithoutTheSuitesShell, ListIsEmptyAndNothingIsLeftBehind) {
+  const test_files::WorkingFolder folder;
   std::filesystem::create_directory("data");
   ErrorText error;
   EXPECT_EQ(list_files("data\\", "*", error), 0);
   EXPECT_TRUE(error.blank());
+  EXPECT_TRUE(std::filesystem::is_empty("data"));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 1);
+  reset();
+}
+
+TEST(HostWithoutTheSuitesShell, SearchComesBack) {
+  const test_files::WorkingFolder folder;
   find_in_win_ini("karvos");
   EXPECT_TRUE(!exists("text.lis") || read_bytes("text.lis").empty());
   reset();

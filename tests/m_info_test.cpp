@@ -1,4 +1,5 @@
 #include "m_info/m_info.h"
+#include "m_info/filled_tables.h"
 
 #include <gmock/gmock.h>
 
@@ -7,6 +8,7 @@
 
 #include "runtime/units.h"
 #include "tests/suite_host.h"
+#include "tests/unit_watch.h"
 
 namespace m_info {
 namespace {
@@ -28,8 +30,8 @@ class Info : public testing::Test {
     reset();
   }
 
-  suite_host::WorkingFolder folder_;
-  suite_host::SuiteHost host_;
+  test_files::WorkingFolder folder_;
+  SuiteHost host_;
 };
 
 // Runtime protocol.
@@ -43,8 +45,8 @@ class RuntimeProtocolTest : public Info {
 };
 
 TEST_F(RuntimeProtocolTest, WritesWhatIsGiven) {
-  protocol.counters.at(7) = 1234;
-  protocol.timers.at(3) = 3723004;
+  m_info::filled_protocol.counters.at(7) = 1234;
+  m_info::filled_protocol.timers.at(3) = 3723004;
   runtime_protocol("WRITE", "Lauf beendet  ", 7, 3);
   runtime_protocol("WRITE", "noch eine");
   runtime_protocol("WRITE", no_text, 20);
@@ -57,7 +59,7 @@ TEST_F(RuntimeProtocolTest, WritesWhatIsGiven) {
             "N(20) =          0\n");
 }
 
-TEST_F(RuntimeProtocolTest, TakesTheFirstFreeUnit) {
+TEST_F(RuntimeProtocolTest, TakesTheFirstFreeUnitFrom200) {
   runtime::open(200, "held", runtime::OpenStatus::unknown);
   runtime_protocol("WRITE", "x");
   EXPECT_EQ(protocol.runtime_unit, 201);
@@ -78,7 +80,7 @@ TEST_F(RuntimeProtocolTest, FollowsAnEmptyFile) {
 
 TEST_F(RuntimeProtocolTest, OnlyTheFirstCharactersOfTheCommandCount) {
   runtime_protocol("WRITE-IT", "x");
-  protocol.counters.at(1) = 5;
+  m_info::filled_protocol.counters.at(1) = 5;
   runtime_protocol("ADDIERE", no_text, 1);
   EXPECT_EQ(protocol.counters.at(1), 6);
   runtime_protocol("SETZE", no_text, 1);
@@ -88,7 +90,7 @@ TEST_F(RuntimeProtocolTest, OnlyTheFirstCharactersOfTheCommandCount) {
 }
 
 TEST_F(RuntimeProtocolTest, AnyOtherCommandDoesNothing) {
-  protocol.counters.at(1) = 5;
+  m_info::filled_protocol.counters.at(1) = 5;
   runtime_protocol("write", "x", 1, 1);
   runtime_protocol("set", no_text, 1);
   runtime_protocol("AD", no_text, 1);
@@ -128,8 +130,8 @@ TEST_F(RuntimeProtocolTest, CountsUp) {
 }
 
 TEST_F(RuntimeProtocolTest, SetClearsOneCounterOrAll) {
-  protocol.counters.at(1) = 5;
-  protocol.counters.at(2) = 6;
+  m_info::filled_protocol.counters.at(1) = 5;
+  m_info::filled_protocol.counters.at(2) = 6;
   runtime_protocol("SET", no_text, 1);
   EXPECT_EQ(protocol.counters.at(1), 0);
   EXPECT_EQ(protocol.counters.at(2), 6);
@@ -172,7 +174,7 @@ TEST_F(RuntimeProtocolTest, TimerZeroClearsTicksButNotStarts) {
 
 TEST_F(RuntimeProtocolTest, SetTakesCounterAndTimerAtOnce) {
   host_.ticks = 9;
-  protocol.counters.at(1) = 5;
+  m_info::filled_protocol.counters.at(1) = 5;
   runtime_protocol("SET", no_text, 1, 1);
   EXPECT_EQ(protocol.counters.at(1), 0);
   EXPECT_EQ(protocol.timer_start.at(1), 9);
@@ -180,14 +182,21 @@ TEST_F(RuntimeProtocolTest, SetTakesCounterAndTimerAtOnce) {
 
 TEST_F(RuntimeProtocolTest, MillisecondsComeFromTheWholeThousandsOfTheRate) {
   host_.rate = 2500;
-  protocol.timers.at(1) = 1000;
+  m_info::filled_protocol.timers.at(1) = 1000;
   runtime_protocol("WRITE", no_text, no_counter, 1);
   EXPECT_EQ(written(), "Zeit  1 : 00:00:02.000       0.400\n");
 }
 
+TEST_F(RuntimeProtocolTest, SecondsAreDividedInSinglePrecision) {
+  // 123456700 is 123456704 in single precision; its thousandth lies between 123456.703125 and .7109375.
+  m_info::filled_protocol.timers.at(1) = 123456700;
+  runtime_protocol("WRITE", no_text, no_counter, 1);
+  EXPECT_EQ(written(), "Zeit  1 : 34:17:36.700  123456.703\n");
+}
+
 TEST_F(RuntimeProtocolTest, SlowClockHasNoMilliseconds) {
   host_.rate = 100;
-  protocol.timers.at(1) = 250;
+  m_info::filled_protocol.timers.at(1) = 250;
   runtime_protocol("WRITE", no_text, no_counter, 1);
   host_.rate = 0;
   runtime_protocol("WRITE", no_text, no_counter, 1);
@@ -210,7 +219,7 @@ TEST_F(RuntimeProtocolTest, OtherNumbersArePassedOver) {
 
 TEST_F(RuntimeProtocolTest, CountsWrapAround) {
   constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
-  protocol.counters.at(1) = largest;
+  m_info::filled_protocol.counters.at(1) = largest;
   runtime_protocol("ADD", no_text, 1);
   EXPECT_EQ(protocol.counters.at(1), std::numeric_limits<std::int32_t>::min());
   host_.ticks = largest;
@@ -240,6 +249,12 @@ class CurrentDirectory : public Info {
 TEST_F(CurrentDirectory, IsTheTextFromTheDriveToTheEndOfTheLine) {
   EXPECT_EQ(found(" Volume D: x\r\n\r\n Verzeichnis von D:\\Modell Nord  \r\n E:\\x\r\n"),
             "D:\\Modell Nord                ");
+}
+
+TEST_F(CurrentDirectory, TakesAUnitFrom500) {
+  const UnitWatch watch;
+  found(" Verzeichnis von D:\\Modell\n");
+  EXPECT_THAT(watch.units, ElementsAre(500));
 }
 
 TEST_F(CurrentDirectory, IsCutAtTheLengthOfTheResult) {
@@ -272,7 +287,7 @@ TEST_F(CurrentDirectory, IsUnknownWithoutAListing) {
 }
 
 TEST(HostWithoutTheSuitesShell, WorkingFolderIsUnknown) {
-  const suite_host::WorkingFolder folder;
+  const test_files::WorkingFolder folder;
   std::string result(6, '?');
   current_directory(result);
   EXPECT_EQ(result, "####  ");
@@ -306,13 +321,51 @@ TEST_F(CheckListTest, MissingListLeavesEverythingAtItsStart) {
   EXPECT_FALSE(exists("Pruefliste.lis"));
 }
 
-TEST_F(CheckListTest, MissingListEndsAnEarlierOne) {
+TEST_F(CheckListTest, MissingListForgetsTheElementOfAnEarlierOne) {
   entry("Profile_", "J");
+  entry("Element", "T  01");
   read();
-  EXPECT_EQ(check_list.profiles_wanted, 1);
+  EXPECT_EQ(check_list.report_element_name, "T  01");
   std::filesystem::remove("Pruefliste.lis");
   read_check_list();
-  EXPECT_EQ(check_list.profiles_wanted, 0);
+  EXPECT_EQ(check_list.report_element_name, "#");
+  EXPECT_EQ(check_list.profiles_wanted, 1);
+}
+
+TEST_F(CheckListTest, LaterListReplacesWhatItNames) {
+  entry("Profile_", "J");
+  entry("Spiegellinie", "1 2 3 4");
+  entry("richt", "12");
+  entry("Element", "T  01");
+  entry("xu...", "10");
+  entry("xo...", "20");
+  entry("Hvonh", "1.5");
+  read();
+  lines_.clear();
+  entry("Abfluss_", "J");
+  entry("Spiegellinie", "7");
+  entry("xu...", "15");
+  entry("Hvonh", "2.5");
+  read();
+  EXPECT_EQ(check_list.profiles_wanted, 1);
+  EXPECT_EQ(check_list.discharge_wanted, 1);
+  EXPECT_THAT(check_list.report_date().values, ElementsAre(7, 2, 3));
+  EXPECT_EQ(check_list.report_numbers.at(4), 4);
+  EXPECT_EQ(check_list.report_max_kind, 7);
+  EXPECT_EQ(check_list.report_element_number, 12);
+  EXPECT_EQ(check_list.report_element_name, "#");
+  EXPECT_EQ(check_list.station_min, 15.0);
+  EXPECT_EQ(check_list.station_max, 20.0);
+  EXPECT_EQ(check_list.water_level_count, 2);
+  EXPECT_EQ(check_list.water_levels.at(1), 1.5);
+  EXPECT_EQ(check_list.water_levels.at(2), 2.5);
+}
+
+TEST_F(CheckListTest, TakesAUnitFrom50) {
+  entry("Profile_", "J");
+  const UnitWatch watch;
+  read();
+  EXPECT_THAT(watch.units, ElementsAre(50));
 }
 
 TEST_F(CheckListTest, FlagsTakeAJInElevenCharacters) {
@@ -412,7 +465,8 @@ TEST_F(CheckListTest, WaterLevelStandsInTenColumns) {
 }
 
 TEST_F(CheckListTest, NumberThatCannotBeReadEndsTheReading) {
-  for (const char* keyword : {"richt", "xu...", "xo...", "Hvonh"}) {
+  for (const std::string keyword : {"richt", "xu...", "xo...", "Hvonh"}) {
+    reset();
     lines_.clear();
     entry("Profile_", "J");
     entry(keyword, "zwei");
@@ -420,7 +474,7 @@ TEST_F(CheckListTest, NumberThatCannotBeReadEndsTheReading) {
     read();
     EXPECT_EQ(check_list.profiles_wanted, 1) << keyword;
     EXPECT_EQ(check_list.discharge_wanted, 0) << keyword;
-    EXPECT_EQ(check_list.water_level_count, 0) << keyword;
+    EXPECT_EQ(check_list.water_level_count, keyword == "Hvonh" ? 1 : 0) << keyword;
     EXPECT_FALSE(runtime::is_connected(50)) << keyword;
   }
 }
@@ -443,11 +497,11 @@ TEST_F(CheckListTest, RunDateIsTheTools) {
 class CheckListWants : public Info {
  protected:
   CheckListWants() {
-    check_list.report_element_number = 7;
-    check_list.report_element_name = "T  01";
-    check_list.station_min = 10.0;
-    check_list.station_max = 20.0;
-    check_list.report_numbers = {{1, 2, 3}};
+    m_info::filled_check_list.report_element_number = 7;
+    m_info::filled_check_list.report_element_name = "T  01";
+    m_info::filled_check_list.station_min = 10.0;
+    m_info::filled_check_list.station_max = 20.0;
+    m_info::filled_check_list.report_numbers = {{1, 2, 3}};
     run_date = date_;
   }
 
@@ -472,10 +526,10 @@ CheckCase query(std::string_view word) {
 TEST_F(CheckListWants, FlagsByTheirWord) {
   EXPECT_EQ(check_list_wants(query("Profile")), 0);
   EXPECT_EQ(check_list_wants(query("Abfluss")), 0);
-  check_list.profiles_wanted = 1;
+  m_info::filled_check_list.profiles_wanted = 1;
   EXPECT_EQ(check_list_wants(query("Profile  ")), 1);
   EXPECT_EQ(check_list_wants(query("Abfluss")), 0);
-  check_list.discharge_wanted = 1;
+  m_info::filled_check_list.discharge_wanted = 1;
   EXPECT_EQ(check_list_wants(query("Abfluss")), 1);
 }
 
@@ -483,17 +537,17 @@ TEST_F(CheckListWants, AnotherWordIsNeverWanted) {
   CheckCase asked = wanted();
   EXPECT_EQ(check_list_wants(asked), 1);
   asked.query = "profile";
-  check_list.profiles_wanted = 1;
+  m_info::filled_check_list.profiles_wanted = 1;
   EXPECT_EQ(check_list_wants(asked), 0);
 }
 
 TEST_F(CheckListWants, DetailNeedsFlagNameAndKind) {
-  check_list.report_max_kind = 4;
+  m_info::filled_check_list.report_max_kind = 4;
   CheckCase asked = query("WSP_detail");
   asked.element_name = "01 ";
   asked.kind = 4;
   EXPECT_EQ(check_list_wants(asked), 0);
-  check_list.wsp_detail_wanted = 1;
+  m_info::filled_check_list.wsp_detail_wanted = 1;
   EXPECT_EQ(check_list_wants(asked), 1);
   asked.kind = 3;
   EXPECT_EQ(check_list_wants(asked), 0);
@@ -509,20 +563,20 @@ TEST_F(CheckListWants, DetailNeedsFlagNameAndKind) {
 }
 
 TEST_F(CheckListWants, DetailOfAllElements) {
-  check_list.wsp_detail_wanted = 1;
-  check_list.report_max_kind = 4;
-  check_list.report_element_name = "fuer alle";
+  m_info::filled_check_list.wsp_detail_wanted = 1;
+  m_info::filled_check_list.report_max_kind = 4;
+  m_info::filled_check_list.report_element_name = "fuer alle";
   CheckCase asked = query("WSP_detail");
   asked.element_name = "T  02";
   asked.kind = 4;
   EXPECT_EQ(check_list_wants(asked), 1);
   asked.element_name = std::nullopt;
-  EXPECT_EQ(check_list_wants(asked), 1);
+  EXPECT_EQ(check_list_wants(asked), 0);
 }
 
 TEST_F(CheckListWants, DetailOfEveryKind) {
-  check_list.wsp_detail_wanted = 1;
-  check_list.report_max_kind = every_kind;
+  m_info::filled_check_list.wsp_detail_wanted = 1;
+  m_info::filled_check_list.report_max_kind = every_kind;
   CheckCase asked = query("WSP_detail");
   asked.element_name = "T  01";
   EXPECT_EQ(check_list_wants(asked), 1);
@@ -590,8 +644,8 @@ TEST_F(CheckListWants, DateOfTheRunStandsIn) {
 }
 
 TEST_F(CheckListWants, WaterLevelsWhenAskedFor) {
-  check_list.water_levels = {{5.0, 123.456}};
-  check_list.water_level_count = 2;
+  m_info::filled_check_list.water_levels = {{5.0, 123.456}};
+  m_info::filled_check_list.water_level_count = 2;
   CheckCase asked = wanted();
   asked.element_number = 8;
   asked.station = 123.456009;
@@ -604,13 +658,25 @@ TEST_F(CheckListWants, WaterLevelsWhenAskedFor) {
   EXPECT_EQ(check_list_wants(asked), 0);
 }
 
+TEST_F(CheckListWants, ToleranceOfAWaterLevelIsASinglePrecisionNumber) {
+  m_info::filled_check_list.water_levels = {{0.0}};
+  m_info::filled_check_list.water_level_count = 1;
+  CheckCase asked = wanted();
+  asked.water_levels = true;
+  // In single precision 0.00001 is 9.9999997474E-6.
+  asked.station = 9.9999997E-6;
+  EXPECT_EQ(check_list_wants(asked), 1);
+  asked.station = 9.9999998E-6;
+  EXPECT_EQ(check_list_wants(asked), 0);
+}
+
 TEST_F(CheckListWants, WaterLevelsPastTheTenthAreNotKept) {
-  check_list.water_level_count = 12;
+  m_info::filled_check_list.water_level_count = 12;
   CheckCase asked = wanted();
   asked.water_levels = true;
   asked.station = 99.0;
   EXPECT_EQ(check_list_wants(asked), 0);
-  check_list.water_levels.at(10) = 99.0;
+  m_info::filled_check_list.water_levels.at(10) = 99.0;
   EXPECT_EQ(check_list_wants(asked), 1);
 }
 

@@ -9,8 +9,11 @@
 #include <vector>
 
 #include "runtime/cp1252.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
-#include "tests/suite_host.h"
+#include "tests/test_files.h"
+#include "tests/test_host.h"
+#include "tests/unit_watch.h"
 
 namespace m_strings {
 namespace {
@@ -170,6 +173,16 @@ TEST(ParseReal, DigitRunEndsAtTheFirstOtherCharacter) {
 TEST(ParseReal, SumsInSinglePrecision) {
   EXPECT_EQ(parsed("0.12"), 1.0F * 0.1F + 2.0F * (1.0F / 100.0F));
   EXPECT_EQ(parsed("12345678"), 12345678.0F);
+  // 33562550 is rounded to 33562552 before the last digit comes in.
+  EXPECT_EQ(parsed("33562554"), 33562556.0F);
+}
+
+TEST(ParseReal, MultipliesFractionDigitsByPowersOfTen) {
+  // A digit divided by the power would be another number here.
+  EXPECT_EQ(parsed("0.005"), 5.0F * (1.0F / 1000.0F));
+  EXPECT_NE(parsed("0.005"), 5.0F / 1000.0F);
+  EXPECT_EQ(parsed("0.0005"), 5.0F * (1.0F / 10000.0F));
+  EXPECT_NE(parsed("0.0005"), 5.0F / 10000.0F);
 }
 
 TEST(DecimalsAfterPoint, CountsUpToTheTrimmedLength) {
@@ -227,29 +240,47 @@ TEST(NumberTokensDeathTest, OtherCallersStopTheProgram) {
 
 // The old code page.
 
-TEST(ContainsOemUmlauts, IsZeroFoundOrNot) {
-  const suite_host::WorkingFolder folder;
-  test_files::write_bytes("alt.txt",
-                          "plain\n\nGr\x94\xE1"
-                          "e\n");
-  test_files::write_bytes("neu.txt", "plain\n");
-  EXPECT_EQ(ContainsOemUmlauts("alt.txt"), 0);
-  EXPECT_EQ(ContainsOemUmlauts("neu.txt"), 0);
+constexpr std::string_view plain_lines = "first\nsecond\n";
+constexpr std::string_view lines_of_the_old_code_page = "first\nGr\x94\xE1\nthird\n";
+
+TEST(ContainsOemUmlauts, ReadsTheFileAndIsZeroFoundOrNot) {
+  const test_files::WorkingFolder folder;
+  for (const std::string_view lines : {plain_lines, lines_of_the_old_code_page}) {
+    test_files::write_bytes("a.txt", lines);
+    TestHost host;
+    EXPECT_EQ(ContainsOemUmlauts("a.txt"), 0);
+    EXPECT_GT(host.calls(HostCall::read), 0);
+  }
 }
 
-TEST(ContainsOemUmlauts, RewindsAGivenUnit) {
-  const suite_host::WorkingFolder folder;
-  test_files::write_bytes("a.txt", "first\nsecond\n");
-  runtime::open(120, "a.txt", runtime::OpenStatus::old);
-  EXPECT_EQ(ContainsOemUmlauts("a.txt", 120), 0);
-  std::string_view line;
-  ASSERT_EQ(runtime::read_line(120, 80, line), runtime::ReadStatus::good);
-  EXPECT_EQ(line, "first");
-  runtime::close(120);
+TEST(ContainsOemUmlauts, ReadsAndRewindsAGivenUnit) {
+  const test_files::WorkingFolder folder;
+  for (const std::string_view lines : {plain_lines, lines_of_the_old_code_page}) {
+    test_files::write_bytes("a.txt", lines);
+    TestHost host;
+    runtime::open(120, "a.txt", runtime::OpenStatus::old);
+    EXPECT_EQ(ContainsOemUmlauts("a.txt", 120), 0);
+    EXPECT_GT(host.calls(HostCall::read), 0);
+    for (int pass = 0; pass < 2; ++pass) {
+      std::string_view line;
+      ASSERT_TRUE(runtime::LineReader(120, 80).next(line));
+      EXPECT_EQ(line, "first");
+      EXPECT_EQ(ContainsOemUmlauts("a.txt", 120), 0);
+    }
+    runtime::close(120);
+  }
+}
+
+TEST(ContainsOemUmlauts, TakesAUnitFrom101) {
+  const test_files::WorkingFolder folder;
+  test_files::write_bytes("a.txt", plain_lines);
+  const UnitWatch watch;
+  ContainsOemUmlauts("a.txt");
+  EXPECT_THAT(watch.units, ElementsAre(101));
 }
 
 TEST(ContainsOemUmlauts, ClosesItsOwnUnit) {
-  const suite_host::WorkingFolder folder;
+  const test_files::WorkingFolder folder;
   test_files::write_bytes("held.txt", "x\n");
   test_files::write_bytes("a.txt", "x\n");
   runtime::open(101, "held.txt", runtime::OpenStatus::old);
@@ -306,7 +337,7 @@ TEST(SplitPath, GivesThePathInUpperCaseWithoutANewExtension) {
 }
 
 TEST(SplitPath, AsksWhetherTheFileExists) {
-  const suite_host::WorkingFolder folder;
+  const test_files::WorkingFolder folder;
   test_files::write_bytes("VAR1", "");
   test_files::write_bytes("VAR1.SYS", "");
   std::filesystem::create_directory("D");
@@ -506,6 +537,11 @@ TEST(RealToFixedText, NegativeValuesNeedRoomForSignAndZero) {
   EXPECT_EQ(fixed_text(4, 'R', -0.25F, 2), "****");
   EXPECT_EQ(fixed_text(5, 'R', -0.25F, 2), "-0.25");
   EXPECT_EQ(fixed_text(5, 'R', -0.001F, 2), "-0.00");
+}
+
+TEST(RealToFixedText, NegativeZeroHasNoSign) {
+  EXPECT_EQ(fixed_text(5, 'L', -0.0F, 2), "0.00 ");
+  EXPECT_EQ(fixed_text(3, 'R', -0.0F, 2), ".00");
 }
 
 TEST(RealToFixedText, PointStandsLastWithoutDecimals) {

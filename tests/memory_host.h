@@ -8,19 +8,12 @@
 #include <string_view>
 #include <system_error>
 
-#include "runtime/host.h"
+#include "tests/forwarding_host.h"
 
-/// Stands in for the machine's host as long as it lives: files stand in memory, in one folder, so that
-/// thousands of small runs cost no disk. Standard output and error are kept.
-class MemoryHost final : public runtime::Host {
+/// Keeps files in memory, in one folder, so that thousands of small runs cost no disk. Standard output and
+/// error are kept, too.
+class MemoryHost final : public ForwardingHost {
  public:
-  MemoryHost() { runtime::set_host(this); }
-  MemoryHost(const MemoryHost&) = delete;
-  MemoryHost& operator=(const MemoryHost&) = delete;
-  MemoryHost(MemoryHost&&) = delete;
-  MemoryHost& operator=(MemoryHost&&) = delete;
-  ~MemoryHost() override { runtime::set_host(nullptr); }
-
   void put(const std::string& path, std::string_view bytes) { file_at(path).bytes = bytes; }
   /// The bytes of a file; none when there is no such file.
   [[nodiscard]] std::string bytes(const std::string& path) const {
@@ -32,8 +25,9 @@ class MemoryHost final : public runtime::Host {
 
   [[nodiscard]] char separator() const override { return '/'; }
   [[nodiscard]] const char* line_end() const override { return "\n"; }
-  runtime::FileKind kind_of(const std::string& path) override {
-    return files_.contains(path) ? runtime::FileKind::file : runtime::FileKind::none;
+  runtime::FileFacts look(const std::string& path) override {
+    const auto file = files_.find(path);
+    return file == files_.end() ? runtime::FileFacts{} : facts_of(file->second);
   }
   int open(const std::string& path, runtime::Access access, std::error_code& reason) override {
     if (access != runtime::Access::create && !files_.contains(path)) {
@@ -46,8 +40,7 @@ class MemoryHost final : public runtime::Host {
     return handle;
   }
   bool facts(int handle, runtime::FileFacts& facts, std::error_code& /*reason*/) override {
-    const File& file = file_of(handle);
-    facts = {.kind = runtime::FileKind::file, .size = file.bytes.size(), .volume = 1, .number = file.number};
+    facts = facts_of(file_of(handle));
     return true;
   }
   std::ptrdiff_t read(int handle, char* bytes, std::size_t count, std::error_code& /*reason*/) override {
@@ -83,6 +76,21 @@ class MemoryHost final : public runtime::Host {
   bool remove(const std::string& path, std::error_code& /*reason*/) override {
     return files_.erase(path) == 1;
   }
+  runtime::Successor create_successor(const std::string& path, std::error_code& reason) override {
+    const std::string own = path + ".neu";
+    return {.handle = open(own, runtime::Access::create, reason), .path = own};
+  }
+  bool succeed(const runtime::Successor& successor, const std::string& path,
+               std::error_code& /*reason*/) override {
+    files_[path] = files_[successor.path];
+    discard(successor);
+    return true;
+  }
+  void discard(const runtime::Successor& successor) override {
+    handles_.erase(successor.handle);
+    files_.erase(successor.path);
+  }
+  bool lock(int /*handle*/, std::error_code& /*reason*/) override { return true; }
   void run_command(const std::string& /*command_line*/) override {}
   std::int64_t clock_ticks() override { return 0; }
   std::int64_t ticks_per_second() override { return 1; }
@@ -97,6 +105,9 @@ class MemoryHost final : public runtime::Host {
     std::size_t place = 0;
   };
 
+  static runtime::FileFacts facts_of(const File& file) {
+    return {.kind = runtime::FileKind::file, .size = file.bytes.size(), .volume = 1, .number = file.number};
+  }
   // The file under a path; a new one is made.
   File& file_at(const std::string& path) {
     File& file = files_[path];

@@ -1,5 +1,5 @@
-// Holds the search for records, the links between the elements and the checks against the plain procedures:
-// going through the lines and the names one after the other.
+// Holds the search for the lines of elements, the links between the elements and the checks against the plain
+// procedures: going through the lines and the names one after the other.
 
 #include <gtest/gtest.h>
 
@@ -15,11 +15,13 @@
 #include "m_Bauwerke/m_Bauwerke.h"
 #include "m_Einleiter/m_Einleiter.h"
 #include "m_Gerinne/m_Gerinne.h"
+#include "m_System/companion_file.h"
 #include "m_System/m_System.h"
-#include "m_System/record_search.h"
 #include "m_WLM_error/m_WLM_error.h"
 #include "m_strings/m_strings.h"
 #include "runtime/fixed_text.h"
+#include "runtime/read.h"
+#include "runtime/read_fields.h"
 #include "runtime/units.h"
 #include "tests/dice.h"
 #include "tests/memory_host.h"
@@ -28,7 +30,6 @@
 namespace {
 
 using m_System::ElementName;
-using m_System::find_record;
 using m_System::inflow_slots;
 using m_System::outflow_slots;
 using m_System::system_logic;
@@ -75,7 +76,9 @@ struct PlainFind {
   std::int32_t last_mark = 0;
 };
 
-PlainFind plain_find(PlainFile& file, const ElementName& name, m_System::LineMark mark_of) {
+using MarkOf = std::int32_t (*)(std::string_view line);
+
+PlainFind plain_find(PlainFile& file, const ElementName& name, MarkOf mark_of) {
   PlainFind result;
   bool second_pass = false;
   while (true) {
@@ -99,6 +102,24 @@ PlainFind plain_find(PlainFile& file, const ElementName& name, m_System::LineMar
 std::int32_t mark_of_line(std::string_view line) {
   return line.size() > 11 && line[10] == '@' ? line[11] - '0' : 0;
 }
+
+// The mark that a search has put into force; 0 when it met none.
+std::int32_t mark_in_force = 0;
+
+void put_into_force(std::int32_t mark) {
+  mark_in_force = mark;
+}
+
+const m_System::CompanionKind plain_kind{
+    .extension = ".dat", .type = 'N', .numbered_with = 'N', .allocate = nullptr, .read = nullptr};
+const m_System::CompanionKind marked_kind{.extension = ".dat",
+                                          .type = 'N',
+                                          .numbered_with = 'N',
+                                          .allocate = nullptr,
+                                          .read = nullptr,
+                                          .marks = {mark_of_line, put_into_force}};
+// On which `CompanionFile` opens its file.
+constexpr int file_unit = 100;
 
 const std::vector<std::string>& hostile_names() {
   static const std::vector<std::string> names = {"N0010", "N0011", "N1",    "N1  1", "T0010",  "T0011",
@@ -172,41 +193,40 @@ class PlainSearch : public testing::Test {
   MemoryHost host;
 };
 
-// The unit stands where the plain search stands: it reads on from there to the end.
-void expect_same_place(int unit, PlainFile plain) {
-  runtime::LineReader reader(unit, search_width);
+// The file stands where the plain search stands: it reads on from there to the end.
+void expect_same_place(PlainFile plain) {
+  runtime::LineReader reader(file_unit, search_width);
   const runtime::RecordPosition before = reader.position();
   std::string_view line;
   while (const auto expected = plain.read()) {
-    ASSERT_EQ(runtime::read_line(unit, search_width, line), runtime::ReadStatus::good);
+    ASSERT_TRUE(reader.next(line));
     ASSERT_EQ(line, *expected);
   }
-  EXPECT_EQ(runtime::read_line(unit, search_width, line), runtime::ReadStatus::end_of_file);
+  EXPECT_FALSE(reader.next(line));
   reader.go_to(before);
 }
 
-void expect_same_record(m_System::RecordSearch& search, PlainFile& plain, std::int32_t i) {
-  const m_System::FoundRecord found = find_record(search, i);
-  const PlainFind expected = plain_find(plain, m_System::system_logic.name.at(i), search.mark_of);
-  ASSERT_EQ(found.found, expected.line.has_value());
-  EXPECT_EQ(found.last_mark, expected.last_mark);
+void expect_same_line(m_System::CompanionFile& file, PlainFile& plain, std::int32_t i, MarkOf mark_of) {
+  mark_in_force = 0;
+  const std::optional<std::string_view> found = file.find(i);
+  const PlainFind expected = plain_find(plain, m_System::system_logic.name.at(i), mark_of);
+  ASSERT_EQ(found, expected.line);
+  EXPECT_EQ(mark_in_force, expected.last_mark);
   if (!expected.line) {
-    // A reader gives up here: where the unit stands is of no account.
-    runtime::rewind(search.unit);
+    // A reader gives up here: where the file stands is of no account.
+    runtime::rewind(file_unit);
     plain.rewind();
     return;
   }
-  EXPECT_EQ(found.line, *expected.line);
-  expect_same_place(search.unit, plain);
+  expect_same_place(plain);
 }
 
 // Between two searches a reader may take a line more.
-void read_on_both(Dice& dice, int unit, PlainFile& plain) {
+void read_on_both(Dice& dice, m_System::CompanionFile& file, PlainFile& plain) {
   std::string_view line;
   for (std::size_t lines = dice.one_in(4) ? 1 + dice.roll(3) : 0; lines > 0; --lines) {
     const auto expected = plain.read();
-    const runtime::ReadStatus status = runtime::read_line(unit, search_width, line);
-    ASSERT_EQ(status == runtime::ReadStatus::good, expected.has_value());
+    ASSERT_EQ(file.next(line), expected.has_value());
     if (expected) {
       EXPECT_EQ(line, *expected);
     }
@@ -222,38 +242,35 @@ void search_random_file(MemoryHost& host, std::uint32_t seed, std::size_t most_l
   const std::string bytes = random_file(dice, in_file, most_lines);
   host.put("v.dat", bytes);
   PlainFile plain(bytes);
-  runtime::open(100, "v.dat", runtime::OpenStatus::old);
-  m_System::RecordSearch search{.unit = 100, .mark_of = dice.one_in(4) ? nullptr : mark_of_line};
-  // A reader's search has been through the file before; it begins at the first line all the same.
-  if (dice.one_in(2)) {
-    EXPECT_EQ(m_System::CheckDuplicateData('N', "v.dat", search), 0);
-  }
+  const m_System::CompanionKind& kind = dice.one_in(4) ? plain_kind : marked_kind;
+  m_System::CompanionFile file("v", kind);
+  ASSERT_TRUE(file.open());
   std::vector<std::int32_t> wanted(names.size());
   std::iota(wanted.begin(), wanted.end(), 1);
   if (dice.one_in(2)) dice.shuffle(wanted);
   for (const std::int32_t i : wanted) {
-    expect_same_record(search, plain, i);
+    expect_same_line(file, plain, i, kind.marks.mark_of);
     if (testing::Test::HasFailure()) break;
-    read_on_both(dice, 100, plain);
+    read_on_both(dice, file, plain);
   }
-  runtime::close(100);
+  file.close();
 }
 
-TEST_F(PlainSearch, FindsTheSameRecordsInSmallFiles) {
+TEST_F(PlainSearch, FindsTheSameLinesInSmallFiles) {
   for (std::uint32_t seed = 1; seed <= 10000; ++seed) {
     search_random_file(host, seed, 12);
     ASSERT_FALSE(HasFailure()) << "seed " << seed;
   }
 }
 
-TEST_F(PlainSearch, FindsTheSameRecordsInFilesThatNeedAnIndex) {
+TEST_F(PlainSearch, FindsTheSameLinesInFilesThatNeedAnIndex) {
   for (std::uint32_t seed = 1; seed <= 4000; ++seed) {
     search_random_file(host, seed, 90);
     ASSERT_FALSE(HasFailure()) << "seed " << seed;
   }
 }
 
-TEST_F(PlainSearch, FindsTheSameRecordsInLargeFiles) {
+TEST_F(PlainSearch, FindsTheSameLinesInLargeFiles) {
   for (std::uint32_t seed = 1; seed <= 12; ++seed) {
     search_random_file(host, seed, 1500);
     ASSERT_FALSE(HasFailure()) << "seed " << seed;
@@ -280,13 +297,13 @@ void search_permuted_file(MemoryHost& host, std::uint32_t seed) {
   }
   host.put("v.dat", bytes);
   PlainFile plain(bytes);
-  runtime::open(100, "v.dat", runtime::OpenStatus::old);
-  m_System::RecordSearch search{.unit = 100, .mark_of = mark_of_line};
-  for (std::int32_t i = 1; i <= 40; ++i) expect_same_record(search, plain, i);
-  runtime::close(100);
+  m_System::CompanionFile file("v", marked_kind);
+  ASSERT_TRUE(file.open());
+  for (std::int32_t i = 1; i <= 40; ++i) expect_same_line(file, plain, i, mark_of_line);
+  file.close();
 }
 
-TEST_F(PlainSearch, FindsTheSameRecordsInPermutedFiles) {
+TEST_F(PlainSearch, FindsTheSameLinesInPermutedFiles) {
   for (std::uint32_t seed = 1; seed <= 400; ++seed) {
     search_permuted_file(host, seed);
     ASSERT_FALSE(HasFailure()) << "seed " << seed;

@@ -16,6 +16,8 @@
 #include "m_WLM_error/m_WLM_error.h"
 #include "runtime/array.h"
 #include "runtime/units.h"
+#include "tests/notices.h"
+#include "tests/shown_text.h"
 #include "tests/variant_files.h"
 
 namespace {
@@ -32,13 +34,11 @@ using m_WLM_error::ErrorLevel;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using variant_files::columns_line;
-using variant_files::error_notice;
 using variant_files::fill_system_logic;
 using variant_files::Lines;
 using variant_files::Network;
 using variant_files::protocol_codes;
 using variant_files::protocol_lines;
-using variant_files::ShownText;
 using variant_files::write_lines;
 
 template <class T>
@@ -69,7 +69,7 @@ class ReaderTest : public testing::Test {
   }
 
  private:
-  variant_files::WorkingFolder folder_;
+  variant_files::FreshRun folder_;
 };
 
 // Areas.
@@ -146,26 +146,27 @@ TEST_F(AreaTest, WithoutAUnitLineAreasAreKm2) {
 }
 
 TEST_F(AreaTest, TheFirstKeywordOfALineWins) {
-  const auto factor_of = [](const std::string& line) {
+  std::string unit_before = unit_line("ha");
+  const auto factor_of = [&](const std::string& line) {
     variant_files::start_afresh();
     elements({"N1"});
-    source_tables.unit_factor = 7.0F;
-    read_natural({line, area_line("N1", "1.")});
+    read_natural({unit_before, line, area_line("N1", "1.")});
     return source_tables.unit_factor;
   };
   EXPECT_EQ(factor_of(unit_line("qkmha")), 1.0F);
   EXPECT_EQ(factor_of(unit_line("haqkm")), 1.0F);
+  EXPECT_EQ(factor_of(unit_line("  qm")), 1.0e-6F);
+  unit_before = unit_line("qm");
   EXPECT_EQ(factor_of(unit_line("qm ha")), 0.01F);
   EXPECT_EQ(factor_of(unit_line("haqm")), 0.01F);
-  EXPECT_EQ(factor_of(unit_line("  qm")), 1.0e-6F);
   EXPECT_EQ(factor_of(unit_line("[ha]")), 0.01F);
   // Outside the columns, in part or in upper case it is no keyword.
-  EXPECT_EQ(factor_of(columns_line({{1, "qkm"}})), 7.0F);
-  EXPECT_EQ(factor_of(columns_line({{10, "ha"}})), 7.0F);
-  EXPECT_EQ(factor_of(columns_line({{15, "ha"}})), 7.0F);
-  EXPECT_EQ(factor_of(columns_line({{14, "qkm"}})), 7.0F);
-  EXPECT_EQ(factor_of(unit_line("QKM")), 7.0F);
-  EXPECT_EQ(factor_of(unit_line("")), 7.0F);
+  EXPECT_EQ(factor_of(columns_line({{1, "qkm"}})), 1.0e-6F);
+  EXPECT_EQ(factor_of(columns_line({{10, "ha"}})), 1.0e-6F);
+  EXPECT_EQ(factor_of(columns_line({{15, "ha"}})), 1.0e-6F);
+  EXPECT_EQ(factor_of(columns_line({{14, "qkm"}})), 1.0e-6F);
+  EXPECT_EQ(factor_of(unit_line("QKM")), 1.0e-6F);
+  EXPECT_EQ(factor_of(unit_line("")), 1.0e-6F);
 }
 
 TEST_F(AreaTest, AUnitHoldsUntilTheNext) {
@@ -281,8 +282,8 @@ TEST_F(AreaTest, AMissingFileIsShown) {
   EXPECT_EQ(ErrorLevel, 3);
   EXPECT_EQ(source_tables.area.size(), 0);
   ReadCanalisedAreas("v");
-  EXPECT_EQ(shown.output(), error_notice("Die Datei v.nfl existiert nicht.") +
-                                error_notice("Die Datei v.kfl existiert nicht."));
+  EXPECT_EQ(shown.output(), notices::error("Die Datei v.nfl existiert nicht.") +
+                                notices::error("Die Datei v.kfl existiert nicht."));
   EXPECT_FALSE(fs::exists("v.pkl"));
 }
 
@@ -411,7 +412,7 @@ TEST_F(ReachTest, TheReaderGivesUp) {
   {
     const ShownText shown;
     ReadReaches("v");
-    EXPECT_EQ(shown.output(), error_notice("Die Datei v.trs existiert nicht."));
+    EXPECT_EQ(shown.output(), notices::error("Die Datei v.trs existiert nicht."));
     EXPECT_EQ(ErrorLevel, 3);
   }
   m_WLM_error::report("ErrorLevel", {.int1 = 0});
@@ -530,7 +531,7 @@ TEST_F(BranchingTest, TheReaderGivesUp) {
   {
     const ShownText shown;
     ReadBranchings("v");
-    EXPECT_EQ(shown.output(), error_notice("Die Datei v.ver existiert nicht."));
+    EXPECT_EQ(shown.output(), notices::error("Die Datei v.ver existiert nicht."));
     EXPECT_EQ(ErrorLevel, 3);
   }
   m_WLM_error::report("ErrorLevel", {.int1 = 0});

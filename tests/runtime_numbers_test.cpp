@@ -27,7 +27,7 @@ using runtime::edit_integer;
 using runtime::edit_single;
 using runtime::NumberState;
 
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
+constexpr float single_infinity = std::numeric_limits<float>::infinity();
 
 std::vector<std::string> vectors(const std::string& name) {
   std::ifstream file(std::string(KV_VECTORS_DIR "/") + name, std::ios::binary);
@@ -43,10 +43,14 @@ std::uint32_t bits_of(std::string_view hexadecimal) {
   return static_cast<std::uint32_t>(std::stoul(std::string(hexadecimal), nullptr, 16));
 }
 
+std::string edited(const std::string& notation, runtime::Value value) {
+  const runtime::ParsedFormat parsed = runtime::parse_format(notation);
+  EXPECT_TRUE(parsed.valid) << notation;
+  return runtime::formatted(parsed.view(), {&value, 1});
+}
+
 std::string fixed(std::size_t width, std::size_t decimals, double value) {
-  std::string text;
-  runtime::append_fixed(text, width, decimals, value);
-  return text;
+  return edited("(f" + std::to_string(width) + "." + std::to_string(decimals) + ")", value);
 }
 
 // The text of an independent formatter, justified into its field.
@@ -146,8 +150,8 @@ TEST(ReadingReals, KnowsTheEndsOfTheRange) {
   EXPECT_EQ(edit_single("3.4028235E38").value, std::numeric_limits<float>::max());
   EXPECT_EQ(edit_single("3.4028235E38").state, NumberState::good);
   EXPECT_EQ(edit_single("3.4028236E38").state, NumberState::out_of_range);
-  EXPECT_EQ(edit_single("1E39").value, kInfinity);
-  EXPECT_EQ(edit_single("-1E39").value, -kInfinity);
+  EXPECT_EQ(edit_single("1E39").value, single_infinity);
+  EXPECT_EQ(edit_single("-1E39").value, -single_infinity);
   EXPECT_EQ(edit_single("-1E999999999999").state, NumberState::out_of_range);
   EXPECT_EQ(edit_single("1E-999999999999").value, 0.0F);
   EXPECT_EQ(edit_single("1E-45").value, std::numeric_limits<float>::denorm_min());
@@ -331,9 +335,9 @@ TEST(IntegerPower, RoundsInThatOrder) {
 }
 
 TEST(IntegerPower, StaysDefinedAtTheEnds) {
-  EXPECT_EQ(runtime::integer_power(10.0F, 39), kInfinity);
+  EXPECT_EQ(runtime::integer_power(10.0F, 39), single_infinity);
   EXPECT_EQ(runtime::integer_power(10.0F, -60), 0.0F);
-  EXPECT_EQ(runtime::integer_power(0.0F, -1), kInfinity);
+  EXPECT_EQ(runtime::integer_power(0.0F, -1), single_infinity);
   EXPECT_EQ(runtime::integer_power(1.0F, std::numeric_limits<std::int32_t>::max()), 1.0F);
   EXPECT_EQ(runtime::integer_power(1.0F, std::numeric_limits<std::int32_t>::min()), 1.0F);
   EXPECT_EQ(runtime::integer_power(2.0F, std::numeric_limits<std::int32_t>::min()), 0.0F);
@@ -383,9 +387,7 @@ std::string known_fixed(float value) {
 }
 
 std::string integer_text(std::size_t width, std::size_t minimum, std::int32_t value) {
-  std::string text;
-  runtime::append_integer(text, width, minimum, value);
-  return text;
+  return edited("(i" + std::to_string(width) + "." + std::to_string(minimum) + ")", value);
 }
 
 template <std::size_t width, std::size_t minimum>

@@ -15,15 +15,10 @@ using test_files::write_bytes;
 // Names are relative, as on the command line: the working folder is a fresh one.
 class Paths : public testing::Test {
  protected:
-  Paths() : before_(fs::current_path()) { fs::current_path(folder_.path()); }
-  ~Paths() override {
-    runtime::reset_paths();
-    fs::current_path(before_);
-  }
+  ~Paths() override { runtime::reset_paths(); }
 
  private:
-  test_files::TemporaryFolder folder_;
-  fs::path before_;
+  test_files::WorkingFolder folder_;
 };
 
 TEST_F(Paths, OfAnExistingFileIsFirstTheTextAsItStands) {

@@ -14,6 +14,7 @@
 #include "runtime/host.h"
 #include "runtime/stop.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 #include "tests/test_files.h"
 #include "tests/test_host.h"
 
@@ -29,7 +30,7 @@ class StopDeathTest : public testing::Test {
   [[nodiscard]] std::string file(std::string_view name) const { return folder_.file(name); }
   void write_two_files() const {
     runtime::open(100, file("one"), OpenStatus::unknown);
-    runtime::write_line(100, "first");
+    runtime::write<"(a)">(100, "first");
     runtime::open(101, file("two"), OpenStatus::unknown);
     runtime::write_text(101, "second");
   }
@@ -130,7 +131,7 @@ TEST_F(StopDeathTest, StandardOutputIsHandedOver) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "\x01key\x02value\x03");
 }
 
-TEST_F(StopDeathTest, AClosedStandardOutputIsPassedOver) {
+TEST_F(StopDeathTest, AClosedStandardOutputIsTold) {
   EXPECT_STOP(
       {
         write_two_files();
@@ -139,7 +140,7 @@ TEST_F(StopDeathTest, AClosedStandardOutputIsPassedOver) {
         runtime::flush(6);
         runtime::stop();
       },
-      "");
+      "E/A-Fehler beim Schreiben von \"Standardausgabe\": Bad file descriptor\n");
   expect_two_files();
 }
 
@@ -151,14 +152,13 @@ void write_to_nobody() {
   dup2(ends[1], STDOUT_FILENO);
 }
 
-// What `prepare_process` promises, in a process of its own.
-TEST_F(StopDeathTest, PreparedProcessKeepsStandardStreamsFromFiles) {
+// In a process of its own.
+TEST_F(StopDeathTest, FilesDoNotTakeTheNumbersOfStandardStreams) {
   EXPECT_STOP(
       {
         close(STDIN_FILENO);
         close(STDOUT_FILENO);
         close(STDERR_FILENO);
-        runtime::prepare_process();
         write_two_files();
         runtime::write_text(6, "no foreign bytes");
         runtime::flush(6);
@@ -178,7 +178,7 @@ TEST_F(StopDeathTest, PreparedProcessOutlivesAReaderThatGoesAway) {
         runtime::flush(6);
         runtime::stop();
       },
-      "");
+      "E/A-Fehler beim Schreiben von \"Standardausgabe\": Broken pipe\n");
   expect_two_files();
 }
 

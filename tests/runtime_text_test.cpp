@@ -132,6 +132,32 @@ TEST(WindowsBytes, ArePlainForEveryLatinLetter) {
   }
 }
 
+TEST(WindowsBytes, AreShownAsUtf8) {
+  EXPECT_EQ(runtime::to_utf8("\xE4\xF6\xFC\xC4\xD6\xDC\xDF, plain"), "äöüÄÖÜß, plain");
+  // Both ends of the bytes that lie where the code points do, and bytes of the table between.
+  EXPECT_EQ(runtime::to_utf8("\x7F\xA0\xBF\xC0\xFF"), "\x7F\xC2\xA0\xC2\xBF\xC3\x80\xC3\xBF");
+  EXPECT_EQ(runtime::to_utf8("\x80\x83\x8A\x9F"), "€ƒŠŸ");
+  EXPECT_EQ(runtime::to_utf8(std::string_view("a\0b", 3)), std::string_view("a\0b", 3));
+  EXPECT_EQ(runtime::to_utf8(""), "");
+}
+
+TEST(WindowsBytes, AreTheReplacementCharacterWhereTheCodePageHasNone) {
+  for (const char* undefined : {"\x81", "\x8D", "\x8F", "\x90", "\x9D"}) {
+    EXPECT_EQ(runtime::to_utf8(undefined), "\xEF\xBF\xBD");
+  }
+}
+
+TEST(WindowsBytes, ComeBackFromUtf8) {
+  for (int byte = 0; byte < 256; ++byte) {
+    const char32_t code_point = runtime::cp1252_code_point(static_cast<unsigned char>(byte));
+    if (code_point == 0xFFFD) continue;
+    EXPECT_EQ(runtime::cp1252_byte(code_point), byte);
+    const std::string utf8 = runtime::to_utf8(std::string(1, static_cast<char>(byte)));
+    EXPECT_EQ(runtime::decode_utf8(utf8).code_point, code_point);
+    EXPECT_EQ(runtime::decode_utf8(utf8).size, utf8.size());
+  }
+}
+
 bool converts(std::string_view utf8) {
   runtime::Cp1252Text<16> text;
   text.append(utf8);

@@ -17,8 +17,10 @@
 #include <vector>
 
 #include "runtime/cp1252.h"
+#include "runtime/edit_output.h"
+#include "runtime/read.h"
 #include "runtime/units.h"
-#include "runtime/write_record.h"
+#include "runtime/write.h"
 #include "tests/test_files.h"
 #include "tests/test_host.h"
 
@@ -29,13 +31,12 @@ using namespace runtime::literals;
 using namespace std::string_view_literals;
 using runtime::CloseStatus;
 using runtime::OpenStatus;
-using runtime::ReadStatus;
 using test_files::read_bytes;
 using test_files::write_bytes;
 using Records = std::vector<std::string>;
 
-constexpr int kUnit = 100;
-constexpr std::size_t kWhole = std::string_view::npos;
+constexpr int test_unit = 100;
+constexpr std::size_t whole_width = std::string_view::npos;
 
 class Units : public testing::Test {
  protected:
@@ -46,7 +47,9 @@ class Units : public testing::Test {
     write_bytes(file("file"), bytes);
     return file("file");
   }
-  void open_with(std::string_view bytes) const { runtime::open(kUnit, with_bytes(bytes), OpenStatus::old); }
+  void open_with(std::string_view bytes) const {
+    runtime::open(test_unit, with_bytes(bytes), OpenStatus::old);
+  }
 
  private:
   test_files::TemporaryFolder folder_;
@@ -55,16 +58,16 @@ class Units : public testing::Test {
 using UnitsDeathTest = Units;
 
 // The next record, or "<end>".
-std::string next_record(int unit = kUnit) {
+std::string next_record(int unit = test_unit) {
   std::string_view record;
-  if (runtime::read_line(unit, kWhole, record) == ReadStatus::end_of_file) return "<end>";
+  if (!runtime::LineReader(unit, whole_width).next(record)) return "<end>";
   return std::string(record);
 }
 
-Records rest_of(int unit = kUnit) {
+Records rest_of(int unit = test_unit) {
   Records records;
   std::string_view record;
-  while (runtime::read_line(unit, kWhole, record) == ReadStatus::good) records.emplace_back(record);
+  for (runtime::LineReader reader(unit, whole_width); reader.next(record);) records.emplace_back(record);
   return records;
 }
 
@@ -83,9 +86,9 @@ Records cut(std::string_view bytes) {
 // The bytes of a unit that `write` filled.
 template <class Write>
 std::string written(const std::string& path, Write write) {
-  runtime::open(kUnit, path, OpenStatus::unknown);
+  runtime::open(test_unit, path, OpenStatus::unknown);
   write();
-  runtime::close(kUnit);
+  runtime::close(test_unit);
   return read_bytes(path);
 }
 
@@ -98,13 +101,12 @@ TEST_F(Units, RecordsThatTheCompilerLaysOutAreTheSame) {
     for (const std::int32_t number : numbers) {
       const runtime::FixedText<5> name("T1");
       const std::string general = written(file("general"), [&] {
-        runtime::write(kUnit, runtime::format<"(2x,a,1x,'km ',2(i4,2x),f8.3,f11.0,i12.5,x)">,
-                       {name.view(), number, number, real, real, number});
+        const std::array<runtime::Value, 6> values{name, number, number, real, real, number};
+        runtime::write(test_unit, runtime::format<"(2x,a,1x,'km ',2(i4,2x),f8.3,f11.0,i12.5,x)">, values);
       });
       const std::string laid_out = written(file("laid_out"), [&] {
-        runtime::LineWriter writer(kUnit);
-        runtime::write_record<"(2x,a,1x,'km ',2(i4,2x),f8.3,f11.0,i12.5,x)">(writer, name, number, number,
-                                                                             real, real, number);
+        runtime::write<"(2x,a,1x,'km ',2(i4,2x),f8.3,f11.0,i12.5,x)">(test_unit, name, number, number, real,
+                                                                      real, number);
       });
       EXPECT_EQ(laid_out, general);
     }
@@ -115,7 +117,7 @@ TEST_F(Units, RecordsThatTheCompilerLaysOutAreTheSame) {
 
 TEST_F(Units, ALineReaderReadsAsTheUnitDoes) {
   open_with("a long one\nb\n");
-  runtime::LineReader reader(kUnit, 4);
+  runtime::LineReader reader(test_unit, 4);
   std::string_view record;
   EXPECT_EQ(reader.position().byte, 0U);
   ASSERT_TRUE(reader.next(record));
@@ -124,7 +126,7 @@ TEST_F(Units, ALineReaderReadsAsTheUnitDoes) {
   EXPECT_EQ(next_record(), "b");
   EXPECT_FALSE(reader.next(record));
   EXPECT_EQ(record, "a lo");
-  runtime::backspace(kUnit);
+  runtime::backspace(test_unit);
   EXPECT_FALSE(reader.next(record));
 }
 
@@ -157,7 +159,7 @@ TEST_F(Units, TakeVeryLongRecords) {
   const std::string longer(3'000'000, 'x');
   open_with(longer + "\r\n" + longer + "y");
   std::string_view record;
-  ASSERT_EQ(runtime::read_line(kUnit, 200, record), ReadStatus::good);
+  ASSERT_TRUE(runtime::LineReader(test_unit, 200).next(record));
   EXPECT_EQ(record, longer.substr(0, 200));
   EXPECT_EQ(next_record(), longer + "y");
   EXPECT_EQ(next_record(), "<end>");
@@ -166,9 +168,9 @@ TEST_F(Units, TakeVeryLongRecords) {
 TEST_F(Units, CutARecordAtTheWidth) {
   open_with("abcdef\nab\n");
   std::string_view record;
-  ASSERT_EQ(runtime::read_line(kUnit, 3, record), ReadStatus::good);
+  ASSERT_TRUE(runtime::LineReader(test_unit, 3).next(record));
   EXPECT_EQ(record, "abc");
-  ASSERT_EQ(runtime::read_line(kUnit, 3, record), ReadStatus::good);
+  ASSERT_TRUE(runtime::LineReader(test_unit, 3).next(record));
   EXPECT_EQ(record, "ab");
 }
 
@@ -183,23 +185,23 @@ TEST_F(Units, CutRandomBytesAsThePlainWayDoes) {
     const Records wanted = cut(bytes);
     EXPECT_EQ(rest_of(), wanted);
     // Back one record after the other, each read once more.
-    runtime::backspace(kUnit);
+    runtime::backspace(test_unit);
     for (std::size_t k = wanted.size(); k > 0; --k) {
-      runtime::backspace(kUnit);
+      runtime::backspace(test_unit);
       ASSERT_EQ(next_record(), wanted[k - 1]) << "record " << k;
-      runtime::backspace(kUnit);
+      runtime::backspace(test_unit);
     }
-    runtime::backspace(kUnit);
+    runtime::backspace(test_unit);
     EXPECT_EQ(rest_of(), wanted);
-    runtime::rewind(kUnit);
+    runtime::rewind(test_unit);
     EXPECT_EQ(rest_of(), wanted);
-    runtime::close(kUnit);
+    runtime::close(test_unit);
   }
 }
 
 TEST_F(Units, PositionsBringRecordsBack) {
   open_with("a\r\nb\rc\nd");
-  runtime::LineReader reader(kUnit, kWhole);
+  runtime::LineReader reader(test_unit, whole_width);
   std::string_view record;
   std::vector<runtime::RecordPosition> positions;
   do {
@@ -214,66 +216,6 @@ TEST_F(Units, PositionsBringRecordsBack) {
   EXPECT_EQ(next_record(), "<end>");
 }
 
-TEST_F(Units, PlacesBringRecordsBackWithWhatFollows) {
-  const std::string very_long(20000, 'x');
-  for (const std::string& end : {std::string("\n"), std::string("\r\n"), std::string("\r")}) {
-    std::string bytes("a");
-    bytes.append(end).append(end).append(very_long).append(end).append("bcd").append(end).append("last");
-    open_with(bytes);
-    runtime::LineReader reader(kUnit, 3);
-    const std::vector<std::string> records = {"a", "", "xxx", "bcd", "las"};
-    std::string_view record;
-    std::vector<runtime::RecordPlace> places;
-    std::vector<runtime::RecordPosition> behind;
-    while (reader.next(record)) {
-      EXPECT_EQ(record, records.at(places.size()));
-      places.push_back(reader.place());
-      behind.push_back(reader.position());
-    }
-    ASSERT_EQ(places.size(), records.size());
-    for (std::size_t i = records.size(); i-- > 0;) {
-      ASSERT_TRUE(reader.read_at(places[i], record));
-      EXPECT_EQ(record, records[i]);
-      EXPECT_EQ(reader.position(), behind[i]);
-      EXPECT_EQ(next_record().substr(0, 3), i + 1 < records.size() ? records[i + 1] : "<en");
-    }
-    runtime::close(kUnit);
-  }
-}
-
-TEST_F(Units, APlaceBehindTheEndHasNoRecord) {
-  open_with("a\nb\n");
-  runtime::LineReader reader(kUnit, kWhole);
-  std::string_view record = "before";
-  EXPECT_FALSE(reader.read_at(runtime::RecordPlace(100, 5, 106), record));
-  EXPECT_EQ(record, "before");
-  ASSERT_TRUE(reader.read_at(runtime::RecordPlace(2, 50, 53), record));
-  EXPECT_EQ(record, "b");
-}
-
-TEST_F(Units, BytesAboveAsciiAreSeenInEveryPlace) {
-  for (const std::size_t size : {1U, 15U, 33U, 300000U, 600001U}) {
-    for (const std::size_t place : {std::size_t{0}, size / 2, size - 1}) {
-      std::string bytes(size, 'a');
-      open_with(bytes);
-      EXPECT_TRUE(runtime::is_ascii(kUnit));
-      runtime::close(kUnit);
-      bytes[place] = '\x80';
-      open_with(bytes);
-      EXPECT_FALSE(runtime::is_ascii(kUnit)) << place << " of " << size;
-      runtime::close(kUnit);
-    }
-  }
-}
-
-TEST_F(Units, AUnitThatIsWrittenHasNoBytesAboveAscii) {
-  open_with("\x80\n");
-  EXPECT_FALSE(runtime::is_ascii(kUnit));
-  EXPECT_EQ(rest_of(), Records{"\x80"});
-  runtime::write_line(kUnit, "a");
-  EXPECT_TRUE(runtime::is_ascii(kUnit));
-}
-
 TEST_F(Units, ALoneCarriageReturnIsSeenInEveryPlace) {
   for (const std::size_t size : {3U, 33U, 300000U, 600001U}) {
     for (const std::size_t place : {std::size_t{1}, size / 2, size - 2}) {
@@ -282,18 +224,18 @@ TEST_F(Units, ALoneCarriageReturnIsSeenInEveryPlace) {
       open_with(bytes);
       EXPECT_EQ(next_record().size(), place) << size;
       EXPECT_EQ(next_record().size(), size - place - 1) << size;
-      runtime::close(kUnit);
+      runtime::close(test_unit);
     }
   }
 }
 
-TEST_F(Units, UnreadTextIsTheRestWithItsLineEnds) {
+TEST_F(Units, RestIsTheUnreadTextWithItsLineEnds) {
   open_with("a\r\nb\rc");
-  EXPECT_EQ(runtime::unread_text(kUnit), "a\r\nb\rc");
+  EXPECT_EQ(runtime::LineReader(test_unit, whole_width).rest(), "a\r\nb\rc");
   EXPECT_EQ(next_record(), "a");
-  EXPECT_EQ(runtime::unread_text(kUnit), "b\rc");
+  EXPECT_EQ(runtime::LineReader(test_unit, whole_width).rest(), "b\rc");
   EXPECT_EQ(rest_of(), (Records{"b", "c"}));
-  EXPECT_EQ(runtime::unread_text(kUnit), "");
+  EXPECT_EQ(runtime::LineReader(test_unit, whole_width).rest(), "");
 }
 
 // The end of the file.
@@ -303,7 +245,7 @@ TEST_F(Units, EndOfFileLeavesTheReceiverAsItWas) {
   std::string_view record = "before";
   next_record();
   for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ(runtime::read_line(kUnit, kWhole, record), ReadStatus::end_of_file);
+    EXPECT_FALSE(runtime::LineReader(test_unit, whole_width).next(record));
   }
   EXPECT_EQ(record, "before");
 }
@@ -311,10 +253,10 @@ TEST_F(Units, EndOfFileLeavesTheReceiverAsItWas) {
 TEST_F(Units, BackspaceAfterTheEndGoesBeforeTheEnd) {
   open_with("a\nb\n");
   rest_of();
-  runtime::backspace(kUnit);
+  runtime::backspace(test_unit);
   EXPECT_EQ(next_record(), "<end>");
-  runtime::backspace(kUnit);
-  runtime::backspace(kUnit);
+  runtime::backspace(test_unit);
+  runtime::backspace(test_unit);
   EXPECT_EQ(next_record(), "b");
 }
 
@@ -322,38 +264,38 @@ TEST_F(Units, BackspaceAfterTheLastRecordGoesBeforeIt) {
   open_with("a\nb");
   next_record();
   next_record();
-  runtime::backspace(kUnit);
+  runtime::backspace(test_unit);
   EXPECT_EQ(next_record(), "b");
 }
 
 TEST_F(Units, BackspaceAtTheBeginStaysThere) {
   open_with("a\nb\n");
-  runtime::backspace(kUnit);
+  runtime::backspace(test_unit);
   EXPECT_EQ(next_record(), "a");
 }
 
 TEST_F(Units, RewindMakesReadingPossibleAgain) {
   open_with("a\n");
   rest_of();
-  runtime::rewind(kUnit);
+  runtime::rewind(test_unit);
   EXPECT_EQ(rest_of(), Records{"a"});
 }
 
 // Opening.
 
 TEST_F(Units, StatusOldNeedsAFile) {
-  EXPECT_FALSE(runtime::try_open(kUnit, file("missing"), OpenStatus::old));
-  EXPECT_FALSE(runtime::is_connected(kUnit));
+  EXPECT_FALSE(runtime::try_open(test_unit, file("missing"), OpenStatus::old));
+  EXPECT_FALSE(runtime::is_connected(test_unit));
   EXPECT_FALSE(fs::exists(file("missing")));
   fs::create_directory(file("folder"));
-  EXPECT_FALSE(runtime::try_open(kUnit, file("folder"), OpenStatus::old));
-  EXPECT_FALSE(runtime::try_open(kUnit, "/dev/null", OpenStatus::old));
-  EXPECT_TRUE(runtime::try_open(kUnit, with_bytes("a"), OpenStatus::old));
-  EXPECT_TRUE(runtime::is_connected(kUnit));
+  EXPECT_FALSE(runtime::try_open(test_unit, file("folder"), OpenStatus::old));
+  EXPECT_FALSE(runtime::try_open(test_unit, "/dev/null", OpenStatus::old));
+  EXPECT_TRUE(runtime::try_open(test_unit, with_bytes("a"), OpenStatus::old));
+  EXPECT_TRUE(runtime::is_connected(test_unit));
 }
 
 TEST_F(Units, StatusUnknownCreatesOrKeeps) {
-  runtime::open(kUnit, file("new"), OpenStatus::unknown);
+  runtime::open(test_unit, file("new"), OpenStatus::unknown);
   EXPECT_EQ(read_bytes(file("new")), "");
   runtime::open(101, with_bytes("kept\n"), OpenStatus::unknown);
   EXPECT_EQ(next_record(101), "kept");
@@ -362,15 +304,15 @@ TEST_F(Units, StatusUnknownCreatesOrKeeps) {
 }
 
 TEST_F(Units, StatusFreshNeedsNoFile) {
-  EXPECT_FALSE(runtime::try_open(kUnit, with_bytes("kept"), OpenStatus::fresh));
+  EXPECT_FALSE(runtime::try_open(test_unit, with_bytes("kept"), OpenStatus::fresh));
   EXPECT_EQ(read_bytes(file("file")), "kept");
-  EXPECT_TRUE(runtime::try_open(kUnit, file("new"), OpenStatus::fresh));
+  EXPECT_TRUE(runtime::try_open(test_unit, file("new"), OpenStatus::fresh));
   EXPECT_TRUE(fs::exists(file("new")));
 }
 
 TEST_F(Units, AUnitHoldsOneFile) {
   open_with("a");
-  EXPECT_FALSE(runtime::try_open(kUnit, file("other"), OpenStatus::unknown));
+  EXPECT_FALSE(runtime::try_open(test_unit, file("other"), OpenStatus::unknown));
   EXPECT_FALSE(fs::exists(file("other")));
   EXPECT_EQ(next_record(), "a");
   EXPECT_FALSE(runtime::try_open(6, file("other"), OpenStatus::unknown));
@@ -385,41 +327,41 @@ TEST_F(Units, AFileIsHeldByOneUnit) {
     EXPECT_FALSE(runtime::try_open(101, file(name), OpenStatus::old)) << name;
     EXPECT_FALSE(runtime::try_open(101, file(name), OpenStatus::unknown)) << name;
     EXPECT_FALSE(runtime::is_connected(101)) << name;
-    EXPECT_EQ(runtime::unit_of(file(name)), kUnit) << name;
+    EXPECT_EQ(runtime::unit_of(file(name)), test_unit) << name;
   }
   EXPECT_EQ(next_record(), "a");
-  runtime::close(kUnit);
+  runtime::close(test_unit);
   EXPECT_TRUE(runtime::try_open(101, file("hard"), OpenStatus::old));
 }
 
 TEST_F(Units, AFileTriedTwiceKeepsItsBytes) {
-  runtime::open(kUnit, file("new"), OpenStatus::unknown);
-  runtime::write_line(kUnit, "first");
+  runtime::open(test_unit, file("new"), OpenStatus::unknown);
+  runtime::write<"(a)">(test_unit, "first");
   EXPECT_FALSE(runtime::try_open(101, file("new"), OpenStatus::unknown));
-  runtime::write_line(kUnit, "second");
-  runtime::close(kUnit);
+  runtime::write<"(a)">(test_unit, "second");
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("new")), "first\nsecond\n");
 }
 
 TEST_F(Units, DevicesCanBeHeldTwice) {
-  EXPECT_TRUE(runtime::try_open(kUnit, "/dev/null", OpenStatus::unknown));
+  EXPECT_TRUE(runtime::try_open(test_unit, "/dev/null", OpenStatus::unknown));
   EXPECT_TRUE(runtime::try_open(101, "/dev/null", OpenStatus::unknown));
-  runtime::write_line(kUnit, "gone");
-  runtime::close(kUnit);
+  runtime::write<"(a)">(test_unit, "gone");
+  runtime::close(test_unit);
 }
 
 TEST_F(Units, AFolderIsNoFile) {
   fs::create_directory(file("folder"));
-  EXPECT_FALSE(runtime::try_open(kUnit, file("folder"), OpenStatus::unknown));
-  EXPECT_FALSE(runtime::try_open(kUnit, file("folder"), OpenStatus::fresh));
-  EXPECT_FALSE(runtime::try_open(kUnit, file("nowhere/file"), OpenStatus::unknown));
+  EXPECT_FALSE(runtime::try_open(test_unit, file("folder"), OpenStatus::unknown));
+  EXPECT_FALSE(runtime::try_open(test_unit, file("folder"), OpenStatus::fresh));
+  EXPECT_FALSE(runtime::try_open(test_unit, file("nowhere/file"), OpenStatus::unknown));
 }
 
 TEST_F(Units, LinksThatTurnInACircleAreRefused) {
   fs::create_symlink(file("two"), file("one"));
   fs::create_symlink(file("one"), file("two"));
   for (const OpenStatus status : {OpenStatus::old, OpenStatus::unknown, OpenStatus::fresh}) {
-    EXPECT_FALSE(runtime::try_open(kUnit, file("one"), status));
+    EXPECT_FALSE(runtime::try_open(test_unit, file("one"), status));
   }
   EXPECT_FALSE(runtime::file_exists(file("one")));
 }
@@ -429,7 +371,7 @@ TEST_F(Units, APipeWithoutAPartnerIsRefusedAtOnce) {
   EXPECT_TRUE(runtime::file_exists(file("pipe")));
   EXPECT_FALSE(runtime::is_regular_output(file("pipe")));
   for (const OpenStatus status : {OpenStatus::old, OpenStatus::unknown, OpenStatus::fresh}) {
-    EXPECT_FALSE(runtime::try_open(kUnit, file("pipe"), status));
+    EXPECT_FALSE(runtime::try_open(test_unit, file("pipe"), status));
   }
 }
 
@@ -437,9 +379,9 @@ TEST_F(Units, APipeWithAReaderGetsTheRecords) {
   ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
   const int reader = open(file("pipe").c_str(), O_RDONLY | O_NONBLOCK);
   ASSERT_GE(reader, 0);
-  runtime::open(kUnit, file("pipe"), OpenStatus::unknown);
-  runtime::write_line(kUnit, "through the pipe");
-  runtime::close(kUnit);
+  runtime::open(test_unit, file("pipe"), OpenStatus::unknown);
+  runtime::write<"(a)">(test_unit, "through the pipe");
+  runtime::close(test_unit);
   std::array<char, 64> bytes{};
   const ssize_t got = read(reader, bytes.data(), bytes.size());
   ASSERT_GT(got, 0);
@@ -451,25 +393,25 @@ TEST_F(Units, APipeWithAReaderGetsTheRecords) {
 // Writing.
 
 TEST_F(Units, WriteRecordsAndFormats) {
-  runtime::open(kUnit, file("new"), OpenStatus::unknown);
-  runtime::write_line(kUnit, "größer"_w1252);
-  runtime::write(kUnit, runtime::format<"(a,2x,f8.3/)">, {"T0001", 1.5F});
-  runtime::write_line(kUnit, "");
-  runtime::close(kUnit);
+  runtime::open(test_unit, file("new"), OpenStatus::unknown);
+  runtime::write<"(a)">(test_unit, "größer"_w1252);
+  runtime::write<"(a,2x,f8.3/)">(test_unit, "T0001", 1.5F);
+  runtime::write<"(a)">(test_unit, "");
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("new")),
             "gr\xF6\xDF"
             "er\nT0001     1.500\n\n\n");
 }
 
 TEST_F(Units, TextWithoutAnEndStaysInTheRecord) {
-  runtime::open(kUnit, file("new"), OpenStatus::unknown);
-  runtime::write_text(kUnit, "a");
-  runtime::write_text(kUnit, "b");
-  runtime::write_line(kUnit, "c");
-  runtime::write_text(kUnit, "d");
-  runtime::write(kUnit, runtime::format<"(i2)">, {5});
-  runtime::write_text(kUnit, "open");
-  runtime::close(kUnit);
+  runtime::open(test_unit, file("new"), OpenStatus::unknown);
+  runtime::write_text(test_unit, "a");
+  runtime::write_text(test_unit, "b");
+  runtime::write<"(a)">(test_unit, "c");
+  runtime::write_text(test_unit, "d");
+  runtime::write<"(i2)">(test_unit, 5);
+  runtime::write_text(test_unit, "open");
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("new")), "abc\nd 5\nopen\n");
 }
 
@@ -477,132 +419,132 @@ TEST_F(Units, WritingCutsTheFileAtTheCurrentRecord) {
   open_with("a\nb\nc\nd\n");
   next_record();
   next_record();
-  runtime::write_line(kUnit, "x");
-  runtime::close(kUnit);
+  runtime::write<"(a)">(test_unit, "x");
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("file")), "a\nb\nx\n");
 }
 
 TEST_F(Units, WritingAtTheBeginReplacesEverything) {
-  runtime::open(kUnit, with_bytes("a long old line\nanother\n"), OpenStatus::unknown);
-  runtime::write_line(kUnit, "x");
-  runtime::close(kUnit);
+  runtime::open(test_unit, with_bytes("a long old line\nanother\n"), OpenStatus::unknown);
+  runtime::write<"(a)">(test_unit, "x");
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("file")), "x\n");
 }
 
 TEST_F(Units, WithoutAWriteTheFileIsUntouched) {
-  runtime::open(kUnit, with_bytes("a\r\nb"), OpenStatus::unknown);
+  runtime::open(test_unit, with_bytes("a\r\nb"), OpenStatus::unknown);
   rest_of();
-  runtime::rewind(kUnit);
-  runtime::close(kUnit);
+  runtime::rewind(test_unit);
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("file")), "a\r\nb");
 }
 
 TEST_F(Units, AppendAfterTheEnd) {
   open_with("a\nb\n");
   rest_of();
-  runtime::backspace(kUnit);
-  runtime::write_line(kUnit, "c");
-  runtime::close(kUnit);
+  runtime::backspace(test_unit);
+  runtime::write<"(a)">(test_unit, "c");
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("file")), "a\nb\nc\n");
 }
 
 TEST_F(Units, AppendEndsALastLineThatHadNoEnd) {
   open_with("a\nb");
   rest_of();
-  runtime::backspace(kUnit);
-  runtime::write_line(kUnit, "c");
-  runtime::close(kUnit);
+  runtime::backspace(test_unit);
+  runtime::write<"(a)">(test_unit, "c");
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("file")), "a\nb\nc\n");
 }
 
 TEST_F(Units, EndFileCutsWithoutAWrite) {
   open_with("a\nb\nc\n");
   next_record();
-  runtime::end_file(kUnit);
+  runtime::end_file(test_unit);
   EXPECT_EQ(next_record(), "<end>");
-  runtime::close(kUnit);
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("file")), "a\n");
 }
 
 TEST_F(Units, ReadBackWhatWasWritten) {
-  runtime::open(kUnit, file("new"), OpenStatus::fresh);
-  runtime::write_line(kUnit, "a");
-  runtime::write_text(kUnit, "b");
-  runtime::rewind(kUnit);
+  runtime::open(test_unit, file("new"), OpenStatus::fresh);
+  runtime::write<"(a)">(test_unit, "a");
+  runtime::write_text(test_unit, "b");
+  runtime::rewind(test_unit);
   EXPECT_EQ(rest_of(), (Records{"a", "b"}));
 }
 
 TEST_F(Units, ReadingBehindAWriteMeetsTheEnd) {
   open_with("a\nb\n");
-  runtime::write_line(kUnit, "x");
-  EXPECT_EQ(runtime::unread_text(kUnit), "");
+  runtime::write<"(a)">(test_unit, "x");
+  EXPECT_EQ(runtime::LineReader(test_unit, whole_width).rest(), "");
   EXPECT_EQ(next_record(), "<end>");
-  runtime::backspace(kUnit);
+  runtime::backspace(test_unit);
   EXPECT_EQ(next_record(), "<end>");
-  runtime::backspace(kUnit);
-  runtime::backspace(kUnit);
+  runtime::backspace(test_unit);
+  runtime::backspace(test_unit);
   EXPECT_EQ(next_record(), "x");
 }
 
 TEST_F(Units, BackspaceAfterAWriteGoesBeforeTheRecord) {
-  runtime::open(kUnit, file("new"), OpenStatus::fresh);
-  runtime::write_line(kUnit, "a");
-  runtime::write_line(kUnit, "b");
-  runtime::backspace(kUnit);
+  runtime::open(test_unit, file("new"), OpenStatus::fresh);
+  runtime::write<"(a)">(test_unit, "a");
+  runtime::write<"(a)">(test_unit, "b");
+  runtime::backspace(test_unit);
   EXPECT_EQ(next_record(), "b");
-  runtime::backspace(kUnit);
-  runtime::write_line(kUnit, "c");
-  runtime::close(kUnit);
+  runtime::backspace(test_unit);
+  runtime::write<"(a)">(test_unit, "c");
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("new")), "a\nc\n");
 }
 
 TEST_F(Units, ARewoundUnitLosesWhatItWroteBefore) {
-  runtime::open(kUnit, file("new"), OpenStatus::fresh);
-  for (int i = 0; i < 10; ++i) runtime::write_line(kUnit, "an old record");
-  runtime::rewind(kUnit);
-  runtime::write_line(kUnit, "new");
-  runtime::close(kUnit);
+  runtime::open(test_unit, file("new"), OpenStatus::fresh);
+  for (int i = 0; i < 10; ++i) runtime::write<"(a)">(test_unit, "an old record");
+  runtime::rewind(test_unit);
+  runtime::write<"(a)">(test_unit, "new");
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("new")), "new\n");
 }
 
 TEST_F(Units, FlushHandsOverWhatIsWritten) {
-  runtime::open(kUnit, file("new"), OpenStatus::fresh);
-  runtime::write_line(kUnit, "a");
-  runtime::write_text(kUnit, "b");
-  runtime::flush(kUnit);
+  runtime::open(test_unit, file("new"), OpenStatus::fresh);
+  runtime::write<"(a)">(test_unit, "a");
+  runtime::write_text(test_unit, "b");
+  runtime::flush(test_unit);
   EXPECT_EQ(read_bytes(file("new")), "a\nb");
-  runtime::write_line(kUnit, "c");
-  runtime::close(kUnit);
+  runtime::write<"(a)">(test_unit, "c");
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("new")), "a\nbc\n");
 }
 
 TEST_F(Units, LargeFilesComeOutWhole) {
-  runtime::open(kUnit, file("new"), OpenStatus::fresh);
+  runtime::open(test_unit, file("new"), OpenStatus::fresh);
   std::string wanted;
   for (int i = 0; i < 100'000; ++i) {
-    runtime::write(kUnit, runtime::format<"(i8,a)">, {i, " record"});
+    runtime::write<"(i8,a)">(test_unit, i, " record");
     std::string number = std::to_string(i);
     wanted += std::string(8 - number.size(), ' ') + number + " record\n";
   }
-  runtime::close(kUnit);
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("new")), wanted);
 }
 
 TEST_F(Units, CloseWithRemoveDeletesTheFile) {
   open_with("a");
-  runtime::close(kUnit, CloseStatus::remove);
+  runtime::close(test_unit, CloseStatus::remove);
   EXPECT_FALSE(fs::exists(file("file")));
-  EXPECT_FALSE(runtime::is_connected(kUnit));
+  EXPECT_FALSE(runtime::is_connected(test_unit));
 }
 
 TEST_F(Units, ClosingAFreeOrAStandardUnitDoesNothing) {
-  runtime::close(kUnit);
+  runtime::close(test_unit);
   runtime::close(6, CloseStatus::remove);
-  EXPECT_TRUE(runtime::try_close(kUnit, CloseStatus::keep));
-  EXPECT_FALSE(runtime::is_connected(kUnit));
+  EXPECT_TRUE(runtime::try_close(test_unit, CloseStatus::keep));
+  EXPECT_FALSE(runtime::is_connected(test_unit));
   EXPECT_TRUE(runtime::is_connected(6));
   EXPECT_EQ(runtime::connected_path(6), "");
-  EXPECT_EQ(runtime::connected_path(kUnit), std::nullopt);
+  EXPECT_EQ(runtime::connected_path(test_unit), std::nullopt);
 }
 
 TEST_F(Units, CloseAllCompletesEveryFile) {
@@ -632,9 +574,9 @@ TEST_F(Units, ShortTransfersAreCarriedOn) {
   host.limit_transfers(3);
   open_with("first record\r\nsecond\n");
   EXPECT_EQ(rest_of(), (Records{"first record", "second"}));
-  runtime::backspace(kUnit);
-  runtime::write_line(kUnit, "a third record");
-  runtime::close(kUnit);
+  runtime::backspace(test_unit);
+  runtime::write<"(a)">(test_unit, "a third record");
+  runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("file")), "first record\r\nsecond\na third record\n");
   EXPECT_GT(host.calls(HostCall::write), 4);
 }
@@ -642,27 +584,27 @@ TEST_F(Units, ShortTransfersAreCarriedOn) {
 TEST_F(Units, FaultsOfOpeningAreToldToWhoAsks) {
   TestHost host;
   host.fail(HostCall::open, 1, std::errc::too_many_files_open, true);
-  EXPECT_FALSE(runtime::try_open(kUnit, with_bytes("a"), OpenStatus::old));
-  EXPECT_FALSE(runtime::try_open(kUnit, file("new"), OpenStatus::unknown));
-  EXPECT_FALSE(runtime::try_open(kUnit, file("new"), OpenStatus::fresh));
+  EXPECT_FALSE(runtime::try_open(test_unit, with_bytes("a"), OpenStatus::old));
+  EXPECT_FALSE(runtime::try_open(test_unit, file("new"), OpenStatus::unknown));
+  EXPECT_FALSE(runtime::try_open(test_unit, file("new"), OpenStatus::fresh));
   host.fail(HostCall::open, 1000, std::errc::io_error);
   host.fail(HostCall::facts, 1, std::errc::io_error);
-  EXPECT_FALSE(runtime::try_open(kUnit, file("file"), OpenStatus::old));
+  EXPECT_FALSE(runtime::try_open(test_unit, file("file"), OpenStatus::old));
   EXPECT_EQ(host.calls(HostCall::close), 1) << "what was opened is closed again";
-  EXPECT_FALSE(runtime::is_connected(kUnit));
+  EXPECT_FALSE(runtime::is_connected(test_unit));
 }
 
 TEST_F(Units, FaultsOfClosingAreToldToWhoAsks) {
   TestHost host;
-  runtime::open(kUnit, file("new"), OpenStatus::unknown);
-  runtime::write_line(kUnit, "a");
+  runtime::open(test_unit, file("new"), OpenStatus::unknown);
+  runtime::write<"(a)">(test_unit, "a");
   host.fail(HostCall::write, 1, std::errc::no_space_on_device);
-  EXPECT_FALSE(runtime::try_close(kUnit, CloseStatus::keep));
-  EXPECT_FALSE(runtime::is_connected(kUnit));
+  EXPECT_FALSE(runtime::try_close(test_unit, CloseStatus::keep));
+  EXPECT_FALSE(runtime::is_connected(test_unit));
   open_with("a");
   host.fail(HostCall::remove, 1, std::errc::permission_denied);
-  EXPECT_FALSE(runtime::try_close(kUnit, CloseStatus::remove));
-  EXPECT_FALSE(runtime::is_connected(kUnit));
+  EXPECT_FALSE(runtime::try_close(test_unit, CloseStatus::remove));
+  EXPECT_FALSE(runtime::is_connected(test_unit));
   EXPECT_TRUE(fs::exists(file("file")));
 }
 
@@ -675,16 +617,16 @@ std::string fault_line(std::string_view operation, const std::string& path, std:
 #define EXPECT_STOP(work, line) EXPECT_EXIT(work, testing::ExitedWithCode(0), testing::Eq(line))
 
 TEST_F(UnitsDeathTest, OpeningWithoutAskingEndsTheProgram) {
-  EXPECT_STOP(runtime::open(kUnit, file("missing"), OpenStatus::old),
+  EXPECT_STOP(runtime::open(test_unit, file("missing"), OpenStatus::old),
               fault_line("Öffnen"_w1252, file("missing"), "No such file or directory"));
   fs::create_directory(file("folder"));
-  EXPECT_STOP(runtime::open(kUnit, file("folder"), OpenStatus::old),
+  EXPECT_STOP(runtime::open(test_unit, file("folder"), OpenStatus::old),
               fault_line("Öffnen"_w1252, file("folder"), "Is a directory"));
-  EXPECT_STOP(runtime::open(kUnit, file("folder"), OpenStatus::unknown),
+  EXPECT_STOP(runtime::open(test_unit, file("folder"), OpenStatus::unknown),
               fault_line("Öffnen"_w1252, file("folder"), "Is a directory"));
-  EXPECT_STOP(runtime::open(kUnit, with_bytes("a"), OpenStatus::fresh),
+  EXPECT_STOP(runtime::open(test_unit, with_bytes("a"), OpenStatus::fresh),
               fault_line("Öffnen"_w1252, file("file"), "File exists"));
-  EXPECT_STOP(runtime::open(kUnit, file("no/where"), OpenStatus::unknown),
+  EXPECT_STOP(runtime::open(test_unit, file("no/where"), OpenStatus::unknown),
               fault_line("Öffnen"_w1252, file("no/where"), "No such file or directory"));
 }
 
@@ -692,15 +634,13 @@ TEST_F(UnitsDeathTest, AFileOnTwoUnitsEndsTheProgram) {
   open_with("a");
   EXPECT_STOP(runtime::open(101, file("file"), OpenStatus::unknown),
               fault_line("Öffnen"_w1252, file("file"), "Device or resource busy"));
-  EXPECT_STOP(runtime::open(kUnit, file("other"), OpenStatus::unknown),
+  EXPECT_STOP(runtime::open(test_unit, file("other"), OpenStatus::unknown),
               fault_line("Öffnen"_w1252, file("other"), "Device or resource busy"));
 }
 
 TEST_F(UnitsDeathTest, AFreeUnitCannotBeUsed) {
-  std::string_view record;
-  EXPECT_STOP(runtime::read_line(77, kWhole, record),
-              fault_line("Lesen", "Einheit 77", "Bad file descriptor"));
-  EXPECT_STOP(runtime::write_line(77, ""), fault_line("Schreiben", "Einheit 77", "Bad file descriptor"));
+  EXPECT_STOP(runtime::LineReader(77, whole_width), fault_line("Lesen", "Einheit 77", "Bad file descriptor"));
+  EXPECT_STOP(runtime::write<"(a)">(77, ""), fault_line("Schreiben", "Einheit 77", "Bad file descriptor"));
   EXPECT_STOP(runtime::rewind(77), fault_line("Zurückspulen"_w1252, "Einheit 77", "Bad file descriptor"));
   EXPECT_STOP(runtime::backspace(77), fault_line("Zurücksetzen"_w1252, "Einheit 77", "Bad file descriptor"));
 }
@@ -725,8 +665,8 @@ TEST_F(UnitsDeathTest, FaultsOfWritingEndTheProgram) {
     open_with("some\nrecords\n");
     next_record();
     host.fail(call, 1, std::errc::io_error);
-    runtime::write_line(kUnit, "x");
-    runtime::flush(kUnit);
+    runtime::write<"(a)">(test_unit, "x");
+    runtime::flush(test_unit);
   };
   const std::string line = fault_line("Schreiben", file("file"), "Input/output error");
   EXPECT_STOP(write_after(HostCall::facts), line);
@@ -740,7 +680,7 @@ TEST_F(UnitsDeathTest, AFileThatMayOnlyBeReadRefusesTheWrite) {
   const auto write = [&] {
     host.fail(HostCall::open, 1, std::errc::permission_denied);
     open_with("kept\n");
-    runtime::write_line(kUnit, "x");
+    runtime::write<"(a)">(test_unit, "x");
   };
   EXPECT_STOP(write(), fault_line("Schreiben", file("file"), "Permission denied"));
   EXPECT_EQ(read_bytes(file("file")), "kept\n");
@@ -751,15 +691,15 @@ TEST_F(UnitsDeathTest, AFullDiskIsToldOnce) {
   TestHost host;
   const auto write = [&](void (*into)(int unit)) {
     runtime::open(101, file("whole"), OpenStatus::unknown);
-    runtime::write_line(101, "complete");
-    runtime::open(kUnit, file("cut"), OpenStatus::unknown);
+    runtime::write<"(a)">(101, "complete");
+    runtime::open(test_unit, file("cut"), OpenStatus::unknown);
     host.limit_transfers(4);
     host.fail(HostCall::write, 3, std::errc::no_space_on_device);
-    into(kUnit);
+    into(test_unit);
   };
   const std::string line = fault_line("Schreiben", file("cut"), "No space left on device");
   EXPECT_STOP(write([](int unit) {
-                runtime::write_line(unit, "one two three");
+                runtime::write<"(a)">(unit, "one two three");
                 runtime::flush(unit);
               }),
               line);
@@ -777,10 +717,10 @@ TEST_F(UnitsDeathTest, AFullDiskIsToldOnce) {
 TEST_F(UnitsDeathTest, ADiskThatStaysFullIsToldOnce) {
   TestHost host;
   const auto write = [&] {
-    runtime::open(kUnit, file("cut"), OpenStatus::unknown);
+    runtime::open(test_unit, file("cut"), OpenStatus::unknown);
     host.fail(HostCall::write, 1, std::errc::no_space_on_device, true);
-    runtime::write_text(kUnit, "text");
-    runtime::flush(kUnit);
+    runtime::write_text(test_unit, "text");
+    runtime::flush(test_unit);
   };
   EXPECT_STOP(write(), fault_line("Schreiben", file("cut"), "No space left on device"));
 }
@@ -788,10 +728,10 @@ TEST_F(UnitsDeathTest, ADiskThatStaysFullIsToldOnce) {
 TEST_F(UnitsDeathTest, AFullDiskIsMetInTheMiddleOfALargeFile) {
   TestHost host;
   const auto write = [&] {
-    runtime::open(kUnit, file("cut"), OpenStatus::unknown);
+    runtime::open(test_unit, file("cut"), OpenStatus::unknown);
     host.fail(HostCall::write, 2, std::errc::no_space_on_device, true);
-    for (int i = 0; i < 100'000; ++i) runtime::write_line(kUnit, "a record of a large file");
-    runtime::write_line(kUnit, "not reached");
+    for (int i = 0; i < 100'000; ++i) runtime::write<"(a)">(test_unit, "a record of a large file");
+    runtime::write<"(a)">(test_unit, "not reached");
   };
   EXPECT_STOP(write(), fault_line("Schreiben", file("cut"), "No space left on device"));
 }
@@ -800,9 +740,9 @@ TEST_F(UnitsDeathTest, FaultsOfClosingEndTheProgram) {
   TestHost host;
   const auto close_after = [&](HostCall call, CloseStatus status) {
     open_with("old\n");
-    runtime::write_line(kUnit, "x");
+    runtime::write<"(a)">(test_unit, "x");
     host.fail(call, 1, std::errc::no_space_on_device);
-    runtime::close(kUnit, status);
+    runtime::close(test_unit, status);
   };
   EXPECT_STOP(close_after(HostCall::write, CloseStatus::keep),
               fault_line("Schließen"_w1252, file("file"), "No space left on device"));

@@ -1,48 +1,18 @@
 #pragma once
 
-#include <cstddef>
+#include <algorithm>
 #include <cstdint>
-#include <filesystem>
 #include <string>
-#include <string_view>
 #include <system_error>
 #include <vector>
 
-#include "runtime/host.h"
+#include "tests/forwarding_host.h"
 #include "tests/test_files.h"
 
-/// What the tests of the suite's services stand on: an empty working folder and a host with the suite's
-/// command interpreter and clock.
-namespace suite_host {
-
-/// A new folder that is the working folder while this lives.
-class WorkingFolder {
+/// The suite's host, with its separator, command interpreter and clock. Files are the machine's own; a
+/// command line is kept and answered with the prepared listing; the clock shows what the test sets.
+class SuiteHost final : public ForwardingHost {
  public:
-  WorkingFolder() : before_(std::filesystem::current_path()) {
-    std::filesystem::current_path(folder_.path());
-  }
-  WorkingFolder(const WorkingFolder&) = delete;
-  WorkingFolder& operator=(const WorkingFolder&) = delete;
-  WorkingFolder(WorkingFolder&&) = delete;
-  WorkingFolder& operator=(WorkingFolder&&) = delete;
-  ~WorkingFolder() { std::filesystem::current_path(before_); }
-
- private:
-  test_files::TemporaryFolder folder_;
-  std::filesystem::path before_;
-};
-
-/// Stands in for the machine's host as long as it lives. Files are the machine's own; a command line is kept
-/// and answered with the prepared listing; the clock shows what the test sets.
-class SuiteHost final : public runtime::Host {
- public:
-  SuiteHost() : machine_(runtime::host()) { runtime::set_host(this); }
-  SuiteHost(const SuiteHost&) = delete;
-  SuiteHost& operator=(const SuiteHost&) = delete;
-  SuiteHost(SuiteHost&&) = delete;
-  SuiteHost& operator=(SuiteHost&&) = delete;
-  ~SuiteHost() override { runtime::set_host(nullptr); }
-
   std::vector<std::string> commands;
   std::string listing_file;  ///< where a command writes; nowhere while it is empty
   std::string listing;
@@ -51,30 +21,15 @@ class SuiteHost final : public runtime::Host {
   bool refuses_removal = false;
   std::string nameless_file;  ///< what the empty path stands for
 
-  [[nodiscard]] char separator() const override { return machine_.separator(); }
-  [[nodiscard]] const char* line_end() const override { return machine_.line_end(); }
-  runtime::FileKind kind_of(const std::string& path) override { return machine_.kind_of(path); }
+  [[nodiscard]] char separator() const override { return '\\'; }
+  runtime::FileFacts look(const std::string& path) override {
+    return ForwardingHost::look(machine_path(path));
+  }
   int open(const std::string& path, runtime::Access access, std::error_code& reason) override {
-    return machine_.open(path.empty() ? nameless_file : path, access, reason);
+    return ForwardingHost::open(path.empty() ? nameless_file : machine_path(path), access, reason);
   }
-  bool facts(int handle, runtime::FileFacts& facts, std::error_code& reason) override {
-    return machine_.facts(handle, facts, reason);
-  }
-  std::ptrdiff_t read(int handle, char* bytes, std::size_t count, std::error_code& reason) override {
-    return machine_.read(handle, bytes, count, reason);
-  }
-  std::ptrdiff_t write(int handle, const char* bytes, std::size_t count, std::error_code& reason) override {
-    return machine_.write(handle, bytes, count, reason);
-  }
-  bool seek(int handle, std::uint64_t place, std::error_code& reason) override {
-    return machine_.seek(handle, place, reason);
-  }
-  bool truncate(int handle, std::uint64_t size, std::error_code& reason) override {
-    return machine_.truncate(handle, size, reason);
-  }
-  bool close(int handle, std::error_code& reason) override { return machine_.close(handle, reason); }
   bool remove(const std::string& path, std::error_code& reason) override {
-    if (!refuses_removal) return machine_.remove(path, reason);
+    if (!refuses_removal) return ForwardingHost::remove(machine_path(path), reason);
     reason = std::make_error_code(std::errc::permission_denied);
     return false;
   }
@@ -86,7 +41,8 @@ class SuiteHost final : public runtime::Host {
   std::int64_t ticks_per_second() override { return rate; }
 
  private:
-  runtime::Host& machine_;
+  static std::string machine_path(std::string path) {
+    std::ranges::replace(path, '\\', '/');
+    return path;
+  }
 };
-
-}  // namespace suite_host

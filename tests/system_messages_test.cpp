@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "m_WLM_error/m_WLM_error.h"
+#include "tests/german.h"
 #include "tests/variant_files.h"
 
 namespace {
@@ -15,7 +16,6 @@ namespace {
 using m_WLM_error::MessageArguments;
 using m_WLM_error::MessageDispatcher;
 using testing::ElementsAre;
-using variant_files::german;
 using variant_files::Lines;
 using variant_files::protocol_lines;
 using variant_files::start_protocol;
@@ -221,7 +221,7 @@ class SystemMessages : public testing::Test {
   }
 
  private:
-  variant_files::WorkingFolder folder_;
+  variant_files::FreshRun folder_;
 };
 
 TEST_F(SystemMessages, PrintEveryEntryToTheByte) {

@@ -38,6 +38,27 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
+/// A new empty folder that is the working folder while this lives.
+class WorkingFolder {
+ public:
+  WorkingFolder() : before_(std::filesystem::current_path()) {
+    std::filesystem::current_path(folder_.path());
+  }
+  WorkingFolder(const WorkingFolder&) = delete;
+  WorkingFolder& operator=(const WorkingFolder&) = delete;
+  WorkingFolder(WorkingFolder&&) = delete;
+  WorkingFolder& operator=(WorkingFolder&&) = delete;
+  ~WorkingFolder() {
+    std::error_code ignored;
+    std::filesystem::current_path(before_, ignored);
+  }
+
+ private:
+  TemporaryFolder folder_;
+  std::filesystem::path before_;
+};
+
+/// The bytes of a file; a missing one is a fault of the test.
 inline std::string read_bytes(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw std::runtime_error("cannot read " + path.string());
@@ -49,6 +70,15 @@ inline void write_bytes(const std::filesystem::path& path, std::string_view byte
   file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   file.close();
   if (!file) throw std::runtime_error("cannot write " + path.string());
+}
+
+/// Copies the input files of a variant, as many as there are, from one folder into another.
+inline void copy_variant(const std::string& name, const std::filesystem::path& from,
+                         const std::filesystem::path& to) {
+  for (const std::string extension : {".sys", ".nfl", ".kfl", ".trs", ".ver"}) {
+    const std::filesystem::path file = from / (name + extension);
+    if (std::filesystem::exists(file)) std::filesystem::copy(file, to);
+  }
 }
 
 }  // namespace test_files

@@ -8,23 +8,28 @@
 #include <string>
 #include <system_error>
 
-#include "runtime/host.h"
+#include "tests/forwarding_host.h"
 
 /// The calls of a host that a test can make fail.
-enum class HostCall : std::uint8_t { open, facts, read, write, seek, truncate, close, remove };
+enum class HostCall : std::uint8_t {
+  open,
+  facts,
+  read,
+  write,
+  seek,
+  truncate,
+  close,
+  remove,
+  create_successor,
+  succeed,
+  lock
+};
+inline constexpr std::size_t host_calls = static_cast<std::size_t>(HostCall::lock) + 1;
 
-/// Stands in for the machine's host as long as it lives and forwards every call to it, except those that the
-/// test makes fail. Calls are counted by kind, over all files, from 1. Writes to the standard streams are
-/// forwarded, but neither counted nor made to fail.
-class TestHost final : public runtime::Host {
+/// Makes chosen calls fail. Calls are counted by kind, over all files, from 1. Writes to the standard streams
+/// are neither counted nor made to fail.
+class TestHost final : public ForwardingHost {
  public:
-  TestHost() : machine_(runtime::host()) { runtime::set_host(this); }
-  TestHost(const TestHost&) = delete;
-  TestHost& operator=(const TestHost&) = delete;
-  TestHost(TestHost&&) = delete;
-  TestHost& operator=(TestHost&&) = delete;
-  ~TestHost() override { runtime::set_host(nullptr); }
-
   /// The n-th call of that kind from now on fails; with `lasting` every later one too.
   void fail(HostCall call, int nth, std::errc reason, bool lasting = false) {
     Fault& fault = faults_[index(call)];
@@ -36,41 +41,49 @@ class TestHost final : public runtime::Host {
   /// How often that call was made.
   [[nodiscard]] int calls(HostCall call) const { return faults_[index(call)].calls; }
 
-  [[nodiscard]] char separator() const override { return machine_.separator(); }
-  [[nodiscard]] const char* line_end() const override { return machine_.line_end(); }
-  runtime::FileKind kind_of(const std::string& path) override { return machine_.kind_of(path); }
   int open(const std::string& path, runtime::Access access, std::error_code& reason) override {
-    return fails(HostCall::open, reason) ? -1 : machine_.open(path, access, reason);
+    return fails(HostCall::open, reason) ? -1 : ForwardingHost::open(path, access, reason);
   }
   bool facts(int handle, runtime::FileFacts& facts, std::error_code& reason) override {
-    return !fails(HostCall::facts, reason) && machine_.facts(handle, facts, reason);
+    return !fails(HostCall::facts, reason) && ForwardingHost::facts(handle, facts, reason);
   }
   std::ptrdiff_t read(int handle, char* bytes, std::size_t count, std::error_code& reason) override {
     if (fails(HostCall::read, reason)) return -1;
-    return machine_.read(handle, bytes, std::min(count, most_bytes_), reason);
+    return ForwardingHost::read(handle, bytes, std::min(count, most_bytes_), reason);
   }
   std::ptrdiff_t write(int handle, const char* bytes, std::size_t count, std::error_code& reason) override {
-    if (handle <= runtime::standard_error_handle) return machine_.write(handle, bytes, count, reason);
+    if (handle <= runtime::standard_error_handle) return ForwardingHost::write(handle, bytes, count, reason);
     if (fails(HostCall::write, reason)) return -1;
-    return machine_.write(handle, bytes, std::min(count, most_bytes_), reason);
+    return ForwardingHost::write(handle, bytes, std::min(count, most_bytes_), reason);
   }
   bool seek(int handle, std::uint64_t place, std::error_code& reason) override {
-    return !fails(HostCall::seek, reason) && machine_.seek(handle, place, reason);
+    return !fails(HostCall::seek, reason) && ForwardingHost::seek(handle, place, reason);
   }
   bool truncate(int handle, std::uint64_t size, std::error_code& reason) override {
-    return !fails(HostCall::truncate, reason) && machine_.truncate(handle, size, reason);
+    return !fails(HostCall::truncate, reason) && ForwardingHost::truncate(handle, size, reason);
   }
   // A close that fails has freed the handle all the same.
   bool close(int handle, std::error_code& reason) override {
-    const bool closed = machine_.close(handle, reason);
+    const bool closed = ForwardingHost::close(handle, reason);
     return !fails(HostCall::close, reason) && closed;
   }
   bool remove(const std::string& path, std::error_code& reason) override {
-    return !fails(HostCall::remove, reason) && machine_.remove(path, reason);
+    return !fails(HostCall::remove, reason) && ForwardingHost::remove(path, reason);
   }
-  void run_command(const std::string& command_line) override { machine_.run_command(command_line); }
-  std::int64_t clock_ticks() override { return machine_.clock_ticks(); }
-  std::int64_t ticks_per_second() override { return machine_.ticks_per_second(); }
+  runtime::Successor create_successor(const std::string& path, std::error_code& reason) override {
+    if (fails(HostCall::create_successor, reason)) return {};
+    return ForwardingHost::create_successor(path, reason);
+  }
+  // A new file that cannot take its place is gone.
+  bool succeed(const runtime::Successor& successor, const std::string& path,
+               std::error_code& reason) override {
+    if (!fails(HostCall::succeed, reason)) return ForwardingHost::succeed(successor, path, reason);
+    discard(successor);
+    return false;
+  }
+  bool lock(int handle, std::error_code& reason) override {
+    return !fails(HostCall::lock, reason) && ForwardingHost::lock(handle, reason);
+  }
 
  private:
   struct Fault {
@@ -89,7 +102,6 @@ class TestHost final : public runtime::Host {
     return true;
   }
 
-  runtime::Host& machine_;
-  std::array<Fault, 8> faults_{};
+  std::array<Fault, host_calls> faults_{};
   std::size_t most_bytes_ = std::numeric_limits<std::size_t>::max();
 };

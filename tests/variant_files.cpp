@@ -1,27 +1,23 @@
 #include "tests/variant_files.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
-#include <system_error>
 
 #include "KV_Akum/KV_Akum.h"
 #include "m_Bauwerke/m_Bauwerke.h"
 #include "m_Einleiter/m_Einleiter.h"
 #include "m_Gerinne/m_Gerinne.h"
 #include "m_ScrenixQt/m_ScrenixQt.h"
+#include "m_System/filled_tables.h"
 #include "m_System/m_System.h"
 #include "m_WLM_error/m_WLM_error.h"
-#include "runtime/arguments.h"
 #include "runtime/array.h"
-#include "runtime/cp1252.h"
-#include "runtime/fixed_text.h"
+#include "runtime/host.h"
 #include "runtime/paths.h"
 #include "runtime/units.h"
+#include "runtime/write.h"
 
 namespace variant_files {
 namespace {
@@ -38,12 +34,9 @@ std::string_view slot(const std::vector<std::string>& names, std::size_t k) {
 }
 
 void count_type(m_System::SystemLogic& logic, char type) {
-  if (type == 'N') ++logic.count_N;
-  if (type == 'K') ++logic.count_K;
-  if (type == 'E') ++logic.count_E;
-  if (type == 'T') ++logic.count_T;
-  if (type == 'V') ++logic.count_V;
-  if (type == 'B') ++logic.count_B;
+  for (std::size_t row = 0; row < m_System::element_types.size(); ++row) {
+    if (m_System::element_types[row].letter == type) ++logic.type_counts[row];
+  }
 }
 
 std::int32_t last_of_name(const m_System::ElementName& name) {
@@ -56,7 +49,7 @@ std::int32_t last_of_name(const m_System::ElementName& name) {
 }
 
 void store(const Element& element, std::int32_t i) {
-  m_System::SystemLogic& logic = m_System::system_logic;
+  m_System::SystemLogic& logic = m_System::filled_tables;
   logic.name.at(i) = element.name;
   logic.type.at(i) = logic.name.at(i).first();
   logic.tag3.at(i) = element.tag3;
@@ -70,7 +63,7 @@ void store(const Element& element, std::int32_t i) {
 }
 
 void link(std::int32_t i) {
-  m_System::SystemLogic& logic = m_System::system_logic;
+  m_System::SystemLogic& logic = m_System::filled_tables;
   for (std::int32_t k = 1; k <= m_System::inflow_slots; ++k) {
     logic.inflow_index.at(i).at(k) = last_of_name(logic.inflow_name.at(i).at(k));
   }
@@ -80,13 +73,6 @@ void link(std::int32_t i) {
 }
 
 }  // namespace
-
-std::string german(std::string_view utf8) {
-  runtime::Cp1252Text<500> text;
-  text.append(utf8);
-  if (!text.valid) throw std::runtime_error("not in Windows-1252");
-  return std::string(text.view());
-}
 
 void reset_modules() {
   runtime::close_all();
@@ -101,33 +87,10 @@ void reset_modules() {
   KV_Akum::reset();
 }
 
-WorkingFolder::WorkingFolder() : before_(fs::current_path()) {
-  fs::current_path(folder_.path());
-  reset_modules();
-}
-
-WorkingFolder::~WorkingFolder() {
-  reset_modules();
-  std::error_code ignored;
-  fs::current_path(before_, ignored);
-}
-
-void write_file(const fs::path& file, std::string_view bytes) {
-  std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  if (!out) throw std::runtime_error("cannot write " + file.string());
-}
-
 void write_lines(const fs::path& file, const Lines& lines) {
   std::string bytes;
   for (const std::string& line : lines) bytes += line + "\n";
-  write_file(file, bytes);
-}
-
-std::string read_file(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  if (!in) throw std::runtime_error("cannot read " + file.string());
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  test_files::write_bytes(file, bytes);
 }
 
 Lines lines_of(std::string_view bytes) {
@@ -144,7 +107,7 @@ Lines lines_of(std::string_view bytes) {
 
 Lines written_lines(const fs::path& file) {
   runtime::close_all();
-  return lines_of(read_file(file));
+  return lines_of(test_files::read_bytes(file));
 }
 
 std::string columns_line(std::initializer_list<Field> fields) {
@@ -171,7 +134,7 @@ Lines sys_lines(const Network& network) {
 }
 
 void fill_system_logic(const Network& network) {
-  m_System::SystemLogic& logic = m_System::system_logic;
+  m_System::SystemLogic& logic = m_System::filled_tables;
   m_System::reset();
   logic.total_count = static_cast<std::int32_t>(network.size());
   for (const Element& element : network) count_type(logic, element.name.empty() ? ' ' : element.name[0]);
@@ -207,106 +170,6 @@ std::vector<std::string> protocol_codes() {
     codes.push_back(line.substr(0, 3));
   }
   return codes;
-}
-
-ShownText::ShownText() : machine_(runtime::host()) {
-  runtime::flush(runtime::standard_output_unit);
-  runtime::set_host(this);
-}
-
-ShownText::~ShownText() {
-  runtime::set_host(nullptr);
-}
-
-char ShownText::separator() const {
-  return machine_.separator();
-}
-
-const char* ShownText::line_end() const {
-  return machine_.line_end();
-}
-
-runtime::FileKind ShownText::kind_of(const std::string& path) {
-  return machine_.kind_of(path);
-}
-
-int ShownText::open(const std::string& path, runtime::Access access, std::error_code& reason) {
-  return machine_.open(path, access, reason);
-}
-
-bool ShownText::facts(int handle, runtime::FileFacts& facts, std::error_code& reason) {
-  return machine_.facts(handle, facts, reason);
-}
-
-std::ptrdiff_t ShownText::read(int handle, char* bytes, std::size_t count, std::error_code& reason) {
-  return machine_.read(handle, bytes, count, reason);
-}
-
-std::ptrdiff_t ShownText::write(int handle, const char* bytes, std::size_t count, std::error_code& reason) {
-  if (handle == runtime::standard_output_handle) {
-    output_.append(bytes, count);
-  } else if (handle == runtime::standard_error_handle) {
-    error_.append(bytes, count);
-  } else {
-    return machine_.write(handle, bytes, count, reason);
-  }
-  return static_cast<std::ptrdiff_t>(count);
-}
-
-bool ShownText::seek(int handle, std::uint64_t place, std::error_code& reason) {
-  return machine_.seek(handle, place, reason);
-}
-
-bool ShownText::truncate(int handle, std::uint64_t size, std::error_code& reason) {
-  return machine_.truncate(handle, size, reason);
-}
-
-bool ShownText::close(int handle, std::error_code& reason) {
-  return machine_.close(handle, reason);
-}
-
-bool ShownText::remove(const std::string& path, std::error_code& reason) {
-  return machine_.remove(path, reason);
-}
-
-void ShownText::run_command(const std::string& command_line) {
-  machine_.run_command(command_line);
-}
-
-std::int64_t ShownText::clock_ticks() {
-  return machine_.clock_ticks();
-}
-
-std::int64_t ShownText::ticks_per_second() {
-  return machine_.ticks_per_second();
-}
-
-void copy_variant(const fs::path& folder, const std::string& name) {
-  for (const std::string_view extension : {".sys", ".nfl", ".kfl", ".trs", ".ver"}) {
-    const fs::path file = folder / (name + std::string(extension));
-    if (fs::exists(file)) write_file(file.filename(), read_file(file));
-  }
-}
-
-RunResult run_variant(const std::string& name) {
-  reset_modules();
-  const ShownText shown;
-  const std::array<const char*, 2> arguments = {"KV_Akum", name.c_str()};
-  runtime::set_arguments(static_cast<int>(arguments.size()), arguments.data());
-  KV_Akum::ProgramDriver();
-  runtime::close_all();
-  runtime::set_arguments(0, nullptr);
-  return {shown.output(), shown.error()};
-}
-
-std::string notice(std::string_view title, std::string_view text) {
-  std::string bytes("\x01messagebox_button_0_settitle\x02");
-  bytes.append(title).append("\x03\x01messagebox_button_0\x02").append(text).append("\x03");
-  return bytes;
-}
-
-std::string error_notice(std::string_view text) {
-  return notice("KV_Akum: Fehler", text);
 }
 
 }  // namespace variant_files

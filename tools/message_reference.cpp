@@ -7,70 +7,13 @@
 #include <string_view>
 
 #include "m_WLM_error/catalogue/entry.h"
+#include "runtime/cp1252.h"
 
 namespace {
 
 namespace catalogue = m_WLM_error::catalogue;
 using catalogue::Argument;
 using catalogue::Entry;
-
-struct Topic {
-  std::string_view prefix;
-  std::string_view about;
-};
-
-constexpr Topic topics[] = {
-    {"A", "tables in general"},
-    {"B", "retention basins"},
-    {"C", "a profile file with errors"},
-    {"D", "files and database tables"},
-    {"E", "inflows, hydrographs and HDF5 files"},
-    {"F", "tables of areas"},
-    {"G", "catchments"},
-    {"I", "limits of iterations"},
-    {"J", "annual cycles"},
-    {"K", "characteristic curves"},
-    {"LF", "checks by the water-quality guideline"},
-    {"mnn", "profile tables"},
-    {"M", "maximum counts of elements"},
-    {"P", "profile files"},
-    {"Q", "discharge files"},
-    {"Rt", "the relation of discharges to profiles"},
-    {"R", "rain tables"},
-    {"St", "control functions"},
-    {"S", "special profile files"},
-    {"T", "transport reaches"},
-    {"U", "calculation variants"},
-    {"Ver", "branchings"},
-    {"Vkl", "blockage at profiles"},
-    {"V", "control files"},
-    {"Whr", "weirs"},
-    {"W", "warnings of the system logic and of reaches"},
-    {"Y", "the system logic"},
-    {"ZW", "assignments in data structures"},
-};
-
-std::string_view topic_of(std::string_view prefix) {
-  for (const Topic& topic : topics) {
-    if (topic.prefix == prefix) return topic.about;
-  }
-  return {};
-}
-
-// The catalogue's letters lie where Windows-1252 has the code points of Unicode.
-std::string utf8(std::string_view windows_1252) {
-  std::string text;
-  for (const char character : windows_1252) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (byte < 0x80) {
-      text += character;
-    } else {
-      text += static_cast<char>(0xC0U | (byte >> 6U));
-      text += static_cast<char>(0x80U | (byte & 0x3FU));
-    }
-  }
-  return text;
-}
 
 std::string_view placeholder(Argument argument) {
   constexpr std::string_view names[] = {"<text1>", "<text2>", "<text3>"};
@@ -128,7 +71,8 @@ class Lines {
     if (used_ == row_.argument_count) return false;
     const Argument argument = row_.arguments[used_++];
     if (item.edit == runtime::Edit::text) {
-      runtime::append_text(line_, item.width, placeholder(argument));
+      const runtime::Value text(placeholder(argument));
+      line_ += runtime::formatted({{&item, 1}, {}, item.width}, {&text, 1});
     } else {
       line_ += digits(item);
     }
@@ -178,18 +122,18 @@ void append_rows(std::string& out, std::span<const Entry> rows) {
   out += "**" + std::string(entry.code) + "** (" + std::string(level_name(entry.level)) + remarks(entry) +
          ")\n\n";
   out += "```text\n";
-  for (const Entry& row : rows) out += utf8(Lines(row).text());
+  for (const Entry& row : rows) out += runtime::to_utf8(Lines(row).text());
   if (entry.counter != catalogue::Counter::none) {
     Entry closing;
     closing.format = entry.closing;
     closing.continues = true;
-    out += utf8(Lines(closing).text());
+    out += runtime::to_utf8(Lines(closing).text());
   }
   out += "```\n\n";
 }
 
 void append_group(std::string& out, const catalogue::Group& group) {
-  out += "## " + std::string(group.prefix) + ": " + std::string(topic_of(group.prefix)) + "\n\n";
+  out += "## " + std::string(group.prefix) + ": " + std::string(group.about) + "\n\n";
   for (std::size_t begin = 0; begin < group.entries.size();) {
     std::size_t end = begin + 1;
     while (end < group.entries.size() && group.entries[end].continues) ++end;

@@ -59,8 +59,19 @@ class Linker {
     }
   }
 
+  // Most inflows stand a few lines above.
+  [[nodiscard]] Element find(Element i, NameKey name) const {
+    constexpr Element nearest = 4;
+    if (!variant_.elements.has_repetitions()) {
+      for (Element j = i > nearest ? i - nearest : 1; j < i; ++j) {
+        if (variant_.names[j] == name) return j;
+      }
+    }
+    return variant_.elements.last(name);
+  }
+
   Element linked(Element i, NameKey name, variant::Span field, bool is_outflow) {
-    const Element element = variant_.elements.last(name);
+    const Element element = find(i, name);
     const bool is_end_marker = is_outflow && field.first == columns::outflow[0].first && variant_.has_end &&
                                i == variant_.element_count();
     if (element == 0 && !is_end_marker) network_.unknown_links.push_back({i, field, is_outflow, name});

@@ -8,6 +8,7 @@
 #include "KV_Schau/network/order.h"
 #include "KV_Schau/rules/unseen.h"
 #include "KV_Schau/variant/shown_text.h"
+#include "m_System/element_types.h"
 
 namespace schau::rules {
 
@@ -28,6 +29,28 @@ bool is_high(char character) {
   return static_cast<unsigned char>(character) >= 0x80;
 }
 
+// An inflow stands above, names the element as an outflow, and is named once.
+bool has_regular_inflow(const Context& context, Element i, std::size_t k) {
+  const auto& inflow = context.network.inflow[i];
+  const Element j = inflow[k];
+  if (!context.network.given[i].inflow[k]) return true;
+  const bool repeated = (k > 0 && inflow[0] == j) || (k > 1 && inflow[1] == j);
+  return j != 0 && j < i && !repeated && context.network.names_outflow(j, i);
+}
+
+// No branching or basin, and nothing is missing, too much, out of order or named by one end alone.
+bool is_regular(const Context& context, Element i) {
+  const m_System::ElementType& type = m_System::type_of(context.variant.type(i));
+  const network::Network::Given& given = context.network.given[i];
+  if (type.is_structure() || !given.outflow[0] || given.outflow[1]) return false;
+  const Element below = context.network.outflow[i][0];
+  const bool drains_down = below > i && context.network.names_inflow(below, i);
+  if (!drains_down && i != context.network.outlet()) return false;
+  if (type.is_source()) return !given.inflow[0] && !given.inflow[1] && !given.inflow[2];
+  return given.inflow[0] && has_regular_inflow(context, i, 0) && has_regular_inflow(context, i, 1) &&
+         has_regular_inflow(context, i, 2);
+}
+
 bool may_hold_unseen(const variant::TextFile& file) {
   return file.has_control_bytes() ||
          (file.has_high_bytes() && file.bytes().find('\xA0') != std::string_view::npos);
@@ -45,10 +68,17 @@ Context::Context(const variant::Variant& checked)
       fields(noteworthy_fields(checked)),
       near_elements(find_near_elements(checked, names_without_element(checked, network))) {
   gather_elements();
+  gather_records();
   gather_lines();
 }
 
 void Context::gather_elements() {
+  for (Element i = 1; i <= network.count(); ++i) {
+    if (!is_regular(*this, i)) noteworthy.push_back(i);
+  }
+}
+
+void Context::gather_records() {
   for (Element i = 1; i <= network.count(); ++i) {
     const char type = variant.type(i);
     ++type_counts[static_cast<unsigned char>(type)];

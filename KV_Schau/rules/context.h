@@ -28,6 +28,10 @@ struct Context {
   std::vector<network::Taken> taken;
   network::Flow flow;
   std::vector<Field> fields;
+  /// The elements that a rule about fields or links has something to say about, in system order: all
+  /// branchings and basins, and whatever has not just the fields and links of its type, both ends named, in
+  /// order.
+  std::vector<Element> noteworthy;
   /// The elements that have no record in a file that was read, in system order.
   std::vector<Element> without_record;
   /// The reaches whose record goes on in the next line, in system order.
@@ -46,6 +50,7 @@ struct Context {
 
  private:
   void gather_elements();
+  void gather_records();
   void gather_lines();
 
   mutable std::unique_ptr<const variant::SimilarNames> similar_names_;

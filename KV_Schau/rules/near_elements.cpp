@@ -168,18 +168,22 @@ class Finder {
     return {0, word.column, static_cast<std::uint32_t>(word.text.size()), expected, cause, 0};
   }
 
+  // A word in other columns than it should be; tabs before it are the reason.
+  static NearElement shifted(const Word& word, std::uint32_t expected, std::string_view line) {
+    std::size_t tab = line.substr(0, word.column).rfind('\t');
+    if (tab == std::string_view::npos) return marked(word, Cause::shifted, expected);
+    while (tab > 0 && line[tab - 1] == '\t') --tab;
+    return marked({line.substr(tab, 1), column_at(tab)}, Cause::unseen);
+  }
+
   static NearElement cause_of(const std::vector<Word>& words, std::size_t name, std::string_view line) {
     if (is_element_in_windows_1252(line)) return marked(words[name], Cause::utf8);
-    const std::size_t tab = line.find('\t');
-    if (tab != std::string_view::npos) return marked({line.substr(tab, 1), column_at(tab)}, Cause::unseen);
-    if (words[name].column != columns::name.first) {
-      return marked(words[name], Cause::shifted, columns::name.first);
-    }
+    if (words[name].column != columns::name.first) return shifted(words[name], columns::name.first, line);
     const char letter = words[name].text.front();
     if (letter == 'Z' || letter == 'z') return marked(words[name], Cause::z_element);
     if (const std::optional<Cause> cause = cause_of_letter(letter)) return marked(words[name], *cause);
     for (std::size_t k = name + 1; k < words.size() && words[k].column <= columns::last_read; ++k) {
-      if (const std::optional<NearElement> found = cause_of_link(words[k])) return *found;
+      if (const std::optional<NearElement> found = cause_of_link(words[k], line)) return *found;
     }
     return cause_between(words, name, line);
   }
@@ -190,7 +194,7 @@ class Finder {
     return is_lower(letter) ? Cause::lower_case : Cause::foreign_letter;
   }
 
-  static std::optional<NearElement> cause_of_link(const Word& word) {
+  static std::optional<NearElement> cause_of_link(const Word& word, std::string_view line) {
     constexpr std::array<std::uint32_t, 5> link_columns = {
         columns::inflow[0].first, columns::inflow[1].first, columns::inflow[2].first,
         columns::outflow[0].first, columns::outflow[1].first};
@@ -198,7 +202,7 @@ class Finder {
       return column > word.column ? column - word.column : word.column - column;
     };
     const std::uint32_t expected = *std::ranges::min_element(link_columns, {}, distance);
-    if (word.column != expected) return marked(word, Cause::shifted, expected);
+    if (word.column != expected) return shifted(word, expected, line);
     if (is_lower(word.text.front()) && is_end_word(word.text)) return marked(word, Cause::end_in_lower_case);
     const std::optional<Cause> cause = cause_of_letter(word.text.front());
     if (!cause) return std::nullopt;

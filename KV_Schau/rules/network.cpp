@@ -50,7 +50,7 @@ void check_repeated_names(const Context& context, Sink& sink) {
 }
 
 void check_inflows_of_sources(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     if (!m_System::type_of(context.variant.type(i)).is_source()) continue;
     for (std::size_t k = 0; k < columns::inflow.size(); ++k) {
       if (!context.network.given[i].inflow[k]) continue;
@@ -61,7 +61,7 @@ void check_inflows_of_sources(const Context& context, Sink& sink) {
 }
 
 void check_missing_inflows(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     if (m_System::type_of(context.variant.type(i)).is_source()) continue;
     if (context.network.given[i].inflow[0]) continue;
     sink.add(place_of_field(context, i, columns::inflow[0]),
@@ -74,7 +74,7 @@ bool is_structure(const Context& context, Element i) {
 }
 
 void check_missing_outflows(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     const auto& given = context.network.given[i].outflow;
     const bool is_branching = context.variant.type(i) == 'V';
     const bool is_missing = !given[0] && (!is_branching || !given[1]);
@@ -85,7 +85,7 @@ void check_missing_outflows(const Context& context, Sink& sink) {
 }
 
 void check_second_outflows(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     if (is_structure(context, i) || !context.network.given[i].outflow[1]) continue;
     sink.add(place_of_field(context, i, columns::outflow[1]),
              fmt::format("{} darf nur einen Ablauf haben", name_of(context, i)));
@@ -93,7 +93,7 @@ void check_second_outflows(const Context& context, Sink& sink) {
 }
 
 void check_tags(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     const network::Network::Given& given = context.network.given[i];
     if (!is_structure(context, i) || !given.tag3 || given.tag7) continue;
     sink.add(place_of_field(context, i, columns::tag7),
@@ -112,7 +112,7 @@ std::string loss_words(const Context& context, Element i) {
 }
 
 void check_first_outflow_missing(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     const auto& given = context.network.given[i].outflow;
     if (!is_structure(context, i) || given[0] || !given[1]) continue;
     sink.add(place_of_field(context, i, columns::outflow[0]),
@@ -121,7 +121,7 @@ void check_first_outflow_missing(const Context& context, Sink& sink) {
 }
 
 void check_second_outflow_missing(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     const auto& given = context.network.given[i].outflow;
     if (!is_structure(context, i) || !given[0] || given[1]) continue;
     sink.add(place_of_field(context, i, columns::outflow[1]),
@@ -130,7 +130,7 @@ void check_second_outflow_missing(const Context& context, Sink& sink) {
 }
 
 void check_basins_without_outflow(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     const auto& given = context.network.given[i].outflow;
     if (context.variant.type(i) != 'B' || given[0] || given[1]) continue;
     sink.add(place_of_field(context, i, columns::outflow[0]),
@@ -144,8 +144,9 @@ void check_basins_without_outflow(const Context& context, Sink& sink) {
 // to be.
 class OneSidedLinks {
  public:
-  explicit OneSidedLinks(const network::Network& network) {
-    for (Element i = 1; i <= network.count(); ++i) {
+  explicit OneSidedLinks(const Context& context) {
+    const network::Network& network = context.network;
+    for (const Element i : context.noteworthy) {
       for (const Element j : network.inflow[i]) {
         if (j != 0 && !network.names_outflow(j, i)) outflow_wanted_.push_back({j, i});
       }
@@ -188,7 +189,7 @@ std::string hint_for_unknown(const Context& context, const OneSidedLinks& one_si
 void check_unknown_links(const Context& context, Sink& sink, bool outflows) {
   const std::vector<network::UnknownLink>& links = context.network.unknown_links;
   if (links.empty()) return;
-  const OneSidedLinks one_sided(context.network);
+  const OneSidedLinks one_sided(context);
   for (const network::UnknownLink& link : links) {
     const bool is_exempt = link.is_outflow && link.element == context.network.outlet();
     if (link.is_outflow != outflows || is_exempt) continue;
@@ -208,7 +209,7 @@ void check_unknown_outflows(const Context& context, Sink& sink) {
 
 template <class Report>
 void for_each_inflow(const Context& context, const Report& report) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     for (std::size_t k = 0; k < columns::inflow.size(); ++k) {
       const Element j = context.network.inflow[i][k];
       if (j != 0) report(i, j, k);
@@ -218,7 +219,7 @@ void for_each_inflow(const Context& context, const Report& report) {
 
 template <class Report>
 void for_each_outflow(const Context& context, const Report& report) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     for (std::size_t k = 0; k < columns::outflow.size(); ++k) {
       const Element j = context.network.outflow[i][k];
       if (j != 0) report(i, j, k);
@@ -318,7 +319,7 @@ bool passes_to_second_only(const Context& context, Element i) {
 }
 
 void check_dry_outflows(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     const auto& outflow = context.network.outflow[i];
     if (outflow[0] == 0 || outflow[1] == 0 || outflow[0] == outflow[1] || !passes_to_second_only(context, i))
       continue;
@@ -333,7 +334,7 @@ void check_dry_outflows(const Context& context, Sink& sink) {
 }
 
 void check_equal_outflows(const Context& context, Sink& sink) {
-  for (Element i = 1; i <= context.network.count(); ++i) {
+  for (const Element i : context.noteworthy) {
     const auto& outflow = context.network.outflow[i];
     if (outflow[0] == 0 || outflow[0] != outflow[1] || passes_to_second_only(context, i)) continue;
     if (!is_structure(context, i)) continue;

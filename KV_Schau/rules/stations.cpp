@@ -215,9 +215,9 @@ void check_direction(const Context& context, Sink& sink) {
 void check_first_values(const Context& context, Sink& sink) {
   for (const Field& field : context.fields) {
     if (field.kind != FieldKind::first_value || field.fault == FieldFault::none) continue;
-    sink.add(field.place(),
-             fmt::format("Der erste Wert {} von {} ist keine einzelne Zahl; KV_Akum druckt ihn nicht",
-                         quoted(context, field), name_of(context, field.element)));
+    sink.add(field.place(), fmt::format("Der erste Wert {} von {} ist keine einzelne Zahl in den Spalten 11 "
+                                        "bis 18; KV_Akum druckt ihn nicht",
+                                        quoted(context, field), name_of(context, field.element)));
   }
 }
 

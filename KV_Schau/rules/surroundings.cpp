@@ -72,14 +72,14 @@ void check_idle_suppression(const Context& context, Sink& sink) {
 void check_old_result(const Context& context, Sink& sink) {
   const variant::Surroundings& around = context.variant.surroundings;
   if (!around.result) return;
-  const std::string age = around.younger_input ? "; es ist älter als " + *around.younger_input : "";
+  const std::string age = around.younger_input ? fmt::format(" (älter als {})", *around.younger_input) : "";
   sink.add({FileId::result, 0},
-           fmt::format("Das Ergebnis eines früheren Laufs{}. Rechnet KV_Akum nicht, bleibt es stehen", age));
+           fmt::format("Ergebnis eines früheren Laufs{}; es bleibt stehen, wenn KV_Akum nicht rechnet", age));
 }
 
 void check_old_protocol(const Context& context, Sink& sink) {
   if (!context.variant.surroundings.protocol) return;
-  sink.add({FileId::protocol, 0}, "Das Protokoll eines früheren Laufs; KV_Akum löscht es beim Start");
+  sink.add({FileId::protocol, 0}, "Protokoll eines früheren Laufs; KV_Akum löscht es beim Start");
 }
 
 void check_result_link(const Context& context, Sink& sink) {

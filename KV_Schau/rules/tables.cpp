@@ -35,7 +35,7 @@ Element first_of_type(const Context& context, char type) {
 
 std::string users_words(std::uint32_t users, FileId file) {
   const char type = variant::type_of_file(file);
-  return users == 1 ? fmt::format("ein Element {}", type) : fmt::format("{} Elemente {}", users, type);
+  return users == 1 ? fmt::format("ein {}-Element", type) : fmt::format("{} {}-Elemente", users, type);
 }
 
 void check_missing_files(const Context& context, Sink& sink) {
@@ -49,9 +49,10 @@ void check_missing_files(const Context& context, Sink& sink) {
 }
 
 void check_unreadable_files(const Context& context, Sink& sink) {
-  for (const FileId id : variant::data_files) {
+  for (const FileId id : input_files) {
     const TextFile& file = context.variant.file(id);
-    if (!is_asked_for(context, id) || file.state() != variant::FileState::unreadable) continue;
+    const bool is_needed = id == FileId::sys || is_asked_for(context, id);
+    if (!is_needed || file.state() != variant::FileState::unreadable) continue;
     sink.add({id, 0}, fmt::format("Die Datei ist nicht lesbar: {}", file.fault()));
   }
 }
@@ -85,13 +86,17 @@ struct Orphan {
 // What stands between words for a person: blanks, tabs, non-breaking blanks.
 constexpr std::string_view gaps = " \t\xA0";
 
-// The numbers that make a line a record; a reach needs none.
-bool has_values(FileId file, std::string_view line, std::size_t from) {
-  if (file == FileId::trs) return true;
-  const std::string_view behind = line.substr(std::min(from, line.size()));
-  const std::size_t first = behind.substr(0, 24).find_first_not_of(gaps);
+// True when a number stands next behind a place of a line.
+bool has_number_behind(std::string_view line, std::size_t place) {
+  const std::string_view behind = line.substr(std::min(place, line.size()), 24);
+  const std::size_t first = behind.find_first_not_of(gaps);
   return first != std::string_view::npos &&
          (is_digit(behind[first]) || behind[first] == '.' || behind[first] == '-');
+}
+
+// What makes a line with a name a record. A reach needs no number.
+bool has_values(FileId file, std::string_view line, std::size_t name_end) {
+  return file == FileId::trs || has_number_behind(line, name_end);
 }
 
 std::optional<Orphan> orphan_at(const Context& context, FileId file, std::uint32_t number) {
@@ -168,6 +173,8 @@ void check_missing_records(const Context& context, Sink& sink) {
 }
 
 void check_orphans(const Context& context, Sink& sink) {
+  // Without any element the fault lies elsewhere.
+  if (context.network.count() == 0) return;
   for (const FileId id : variant::data_files) {
     const variant::SimilarNames wanted(names_without_record(context, id));
     for_each_orphan(context, id, [&](const Orphan& orphan) {
@@ -201,6 +208,14 @@ void check_misplaced_records(const Context& context, Sink& sink) {
   }
 }
 
+// The second line of a kind-2 reach, whatever it bears.
+bool is_station_line(const Context& context, FileId file, std::uint32_t line) {
+  if (file != FileId::trs || line == 1) return false;
+  const std::string_view before = context.variant.file(file).line(line - 1);
+  const Element reach = context.variant.elements.first(variant::name_at(before, columns::name.first));
+  return reach != 0 && context.variant.type(reach) == 'T' && network::is_kind_2(before);
+}
+
 void check_foreign_records(const Context& context, Sink& sink) {
   for (const FileId id : variant::data_files) {
     if (!is_asked_for(context, id) || !is_readable(context, id)) continue;
@@ -208,10 +223,9 @@ void check_foreign_records(const Context& context, Sink& sink) {
       const char type = context.variant.type(record.element);
       if (type == variant::type_of_file(id)) continue;
       const std::string_view line = context.variant.file(id).line(record.line).substr(0, columns::line_width);
-      const bool is_station_line = id == FileId::trs && record.line > 1;
-      if (is_station_line || !has_values(id, line, columns::name.last)) continue;
+      if (is_station_line(context, id, record.line) || !has_number_behind(line, columns::name.last)) continue;
       sink.add({id, record.line, columns::name.first, columns::name.width()},
-               fmt::format("{} gehört nicht in diese Datei; KV_Akum liest hier nur Elemente {}",
+               fmt::format("{} gehört nicht in diese Datei; KV_Akum liest hier nur {}-Elemente",
                            name_of(context, record.element), variant::type_of_file(id)));
     }
   }
@@ -356,7 +370,8 @@ void check_idle_shares(const Context& context, Sink& sink) {
 constexpr std::array<CheckedRule, 12> rules = {{
     {{"datei-fehlt", Severity::error, "Datei zu vorhandenen Elementen fehlt: kein Ergebnis"},
      check_missing_files},
-    {{"datei-unlesbar", Severity::error, "Datei zu vorhandenen Elementen ist nicht lesbar: kein Ergebnis"},
+    {{"datei-unlesbar", Severity::error,
+      "Systemdatei oder Datei zu vorhandenen Elementen ist nicht lesbar: kein Ergebnis"},
      check_unreadable_files},
     {{"zeile-fehlt", Severity::error,
       "Element ohne Zeile in seiner Datei: KV_Akum meldet A00 (nur das erste) und rechnet nicht"},

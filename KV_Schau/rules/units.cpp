@@ -294,41 +294,42 @@ void check_unit_by_search(const Context& context, Sink& sink) {
 
 // Areas far off the others.
 
-struct Usual {
-  double magnitude = 0.0;  ///< decimal logarithm of the median
-  bool known = false;
-};
-
-Usual usual_area(const Context& context, char type) {
+// The median of the areas of a type, km²; 0 when there are too few to tell.
+double usual_area(const Context& context, char type) {
   constexpr std::size_t fewest = 5;
   std::vector<double> areas;
   for (Element i = 1; i <= context.network.count(); ++i) {
     const double area = context.taken[i].value;
-    if (context.variant.type(i) == type && area > 0.0 && std::isfinite(area)) areas.push_back(area);
+    if (context.variant.type(i) == type && area > 0.0) areas.push_back(area);
   }
-  if (areas.size() < fewest) return {};
+  if (areas.size() < fewest) return 0.0;
   const auto middle = areas.begin() + static_cast<std::ptrdiff_t>(areas.size() / 2);
   std::nth_element(areas.begin(), middle, areas.end());
-  return {std::log10(*middle), true};
+  return *middle;
+}
+
+// To two significant digits.
+double rounded(double value) {
+  const double unit = std::pow(10.0, std::floor(std::log10(value)) - 1.0);
+  return std::round(value / unit) * unit;
 }
 
 // Catchments differ by three powers of ten downwards and two upwards in real networks.
 void check_magnitude(const Context& context, Sink& sink) {
-  constexpr double above = 3.0;
-  constexpr double below = 4.0;
+  constexpr double far_above = 1e3;
+  constexpr double far_below = 1e-4;
   for (const FileId file : area_files) {
     const char type = variant::type_of_file(file);
-    const Usual usual = usual_area(context, type);
-    if (!usual.known) continue;
-    const double highest = std::pow(10.0, usual.magnitude + above);
-    const double lowest = std::pow(10.0, usual.magnitude - below);
+    const double usual = usual_area(context, type);
+    if (usual == 0.0) continue;
     for (Element i = 1; i <= context.network.count(); ++i) {
       const double area = context.taken[i].value;
-      if (context.variant.type(i) != type || area <= 0.0 || (area < highest && area > lowest)) continue;
+      if (context.variant.type(i) != type || area <= 0.0) continue;
+      if (area < usual * far_above && area > usual * far_below) continue;
       sink.add(place_of_area(context, file, i),
-               fmt::format("{} hat {} km² (Einheit {}), die meisten Flächen dieser Datei um {:.2g} km²",
+               fmt::format("{} hat {} km² (Einheit {}), die meisten Flächen dieser Datei um {} km²",
                            name_of(context, i), number_words(area), variant::word_of(context.records.unit[i]),
-                           std::pow(10.0, usual.magnitude)),
+                           number_words(rounded(usual))),
                "stimmt die Einheit?");
     }
   }

@@ -1,5 +1,7 @@
 #include "KV_Schau/run/protocol.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <optional>
 #include <span>
@@ -112,9 +114,9 @@ void append_row(std::vector<LinePattern>& lines, const catalogue::Entry& row) {
 }
 
 std::string printed_code(const catalogue::Entry& entry) {
-  std::string code;
-  runtime::append_text(code, entry.format.field(0).width, entry.code);
-  return code;
+  const std::size_t width = entry.format.field(0).width;
+  if (width == 0) return std::string(entry.code);
+  return fmt::format("{:>{}}", entry.code.substr(0, width), width);
 }
 
 Pattern pattern_of(std::span<const catalogue::Entry> rows) {

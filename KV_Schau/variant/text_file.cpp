@@ -71,14 +71,15 @@ TextFile TextFile::of_bytes(std::string_view bytes, std::string shown) {
   return file;
 }
 
+// In single bytes and without a way out, so that many bytes are looked at side by side.
 void TextFile::take_stock() {
-  unsigned high = 0;
-  unsigned control = 0;
+  std::uint8_t high = 0;
+  std::uint8_t control = 0;
   for (const char character : bytes()) {
-    const auto byte = static_cast<unsigned char>(character);
-    high |= byte;
-    control |= static_cast<unsigned>(byte < 0x20 && byte != '\n' && byte != '\r') |
-               static_cast<unsigned>(byte == 0x7F);
+    const auto byte = static_cast<std::uint8_t>(character);
+    const std::uint8_t is_control = (byte < 0x20 && byte != '\n' && byte != '\r') || byte == 0x7F ? 1 : 0;
+    high = static_cast<std::uint8_t>(high | byte);
+    control = static_cast<std::uint8_t>(control | is_control);
   }
   has_high_bytes_ = (high & 0x80U) != 0;
   has_control_bytes_ = control != 0;

@@ -85,14 +85,43 @@ void find_elements(Variant& variant) {
   }
 }
 
+// Looks names of records up. Mostly the next one belongs to the next element of the file's type.
+class RecordNames {
+ public:
+  RecordNames(const Variant& variant, char type) : variant_(variant), type_(type) {}
+
+  std::uint32_t find(NameKey name) {
+    const std::uint32_t next = next_of_type();
+    const bool is_next = next != 0 && variant_.names[next] == name && !variant_.elements.has_repetitions();
+    const std::uint32_t element = is_next ? next : variant_.elements.first(name);
+    if (element != 0 && variant_.type(element) == type_) last_ = element;
+    return element;
+  }
+
+ private:
+  [[nodiscard]] std::uint32_t next_of_type() const {
+    constexpr std::uint32_t farthest = 16;
+    const std::uint32_t end = std::min(variant_.element_count(), last_ + farthest);
+    for (std::uint32_t i = last_ + 1; i <= end; ++i) {
+      if (variant_.type(i) == type_) return i;
+    }
+    return 0;
+  }
+
+  const Variant& variant_;
+  char type_;
+  std::uint32_t last_ = 0;
+};
+
 void find_data_lines(Variant& variant, FileId id) {
   const TextFile& file = variant.file(id);
+  RecordNames names(variant, type_of_file(id));
   std::vector<DataLine>& records = variant.data_lines[static_cast<std::size_t>(id) - 1];
   std::vector<std::uint32_t>& others = variant.other_lines[static_cast<std::size_t>(id) - 1];
   for (std::uint32_t number = 1; number <= file.line_count(); ++number) {
     const std::string_view line = file.line(number);
     const NameKey name = name_at(line, data_columns::name.first);
-    const std::uint32_t element = name == blank_name ? 0 : variant.elements.first(name);
+    const std::uint32_t element = name == blank_name ? 0 : names.find(name);
     if (element != 0) {
       records.push_back({number, element});
     } else if (!is_blank(line)) {

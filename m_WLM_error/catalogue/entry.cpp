@@ -2,6 +2,12 @@
 
 #include <algorithm>
 
+#include "m_WLM_error/catalogue/guideline_groups.h"
+#include "m_WLM_error/catalogue/inflow_groups.h"
+#include "m_WLM_error/catalogue/network_groups.h"
+#include "m_WLM_error/catalogue/profile_groups.h"
+#include "m_WLM_error/catalogue/system_groups.h"
+#include "m_WLM_error/catalogue/tables_groups.h"
 #include "runtime/fixed_text.h"
 
 namespace m_WLM_error::catalogue {

@@ -117,16 +117,14 @@ consteval Entry then(auto... arguments) {
 template <runtime::SourceText notation>
 inline constexpr const runtime::Format& closing = runtime::format<notation>;
 
-/// The entries of one group and the level at which it writes codes that it does not know.
+/// The entries of one group and the level at which it writes codes that it does not know. A group stands
+/// below its entries and is named once more in the order of routing.
 struct Group {
   std::string_view prefix;  ///< the beginning of the codes that are routed to the group
+  std::string_view about;   ///< what its messages are about, in English, for the reference of the messages
   std::span<const Entry> entries;
   Level default_level = error;
 };
-
-extern const Group A_group, B_group, C_group, D_group, E_group, F_group, G_group, I_group, J_group, K_group,
-    LF_group, mnn_group, M_group, P_group, Q_group, Rt_group, R_group, St_group, S_group, T_group, U_group,
-    Ver_group, Vkl_group, V_group, Whr_group, W_group, Y_group, ZW_group;
 
 /// The group of a code: the first in the order of routing whose prefix the code begins with; null when there
 /// is none. Case matters.

@@ -94,6 +94,17 @@ std::vector<RuleCase> element_line_cases() {
        {"sys:9:1+1"},
        "Hier steht ein Tabulator statt eines Leerzeichens; KV_Akum überliest die Zeile von N0020"},
       {"kein-element",
+       "a tab before a link",
+       [](Bed& bed) { bed.line(FileId::sys, 9) = "\t" + std::string(34, ' ') + "N0020\tT0040"; },
+       {"sys:9:41+1"},
+       "ein Tabulator"},
+      {"kleinbuchstabe",
+       "behind a tab that does no harm",
+       [](Bed& bed) {
+         bed.line(FileId::sys, 9) = "\t" + std::string(34, ' ') + "n0020" + std::string(23, ' ') + "T0040";
+       },
+       {"sys:9:36+5"}},
+      {"kein-element",
        "a non-breaking blank in a blank field",
        [](Bed& bed) { bed.put(FileId::sys, 9, 46, "\xA0"); },
        {"sys:9:46+1"},

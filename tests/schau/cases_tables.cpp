@@ -141,7 +141,7 @@ std::vector<RuleCase> unit_cases() {
          bed.put(FileId::nfl, 5, 11, "99000");
        },
        {"nfl:5:11+5"},
-       "N0053 hat 99000 km² (Einheit qkm)",
+       "N0053 hat 99000 km² (Einheit qkm), die meisten Flächen dieser Datei um 10 km²",
        "stimmt die Einheit?",
        [](Bed& bed) {
          add_areas(bed);
@@ -164,7 +164,7 @@ std::vector<RuleCase> table_cases() {
        "the canalised areas",
        [](Bed& bed) { bed.remove(FileId::kfl); },
        {"sys:4:36+5"},
-       "Die Datei netz.kfl fehlt; das System hat ein Element K",
+       "Die Datei netz.kfl fehlt; das System hat ein K-Element",
        "",
        [](Bed& bed) {
          bed.remove(FileId::ver);
@@ -180,6 +180,11 @@ std::vector<RuleCase> table_cases() {
          bed.make_folder(FileId::ver);
          bed.line(FileId::sys, 6) = text_of({"P0099", {"T0010"}, {"T0020"}});
        }},
+      {"datei-unlesbar",
+       "the system file",
+       [](Bed& bed) { bed.make_folder(FileId::sys); },
+       {"sys"},
+       "ist ein Ordner"},
       {"zeile-fehlt",
        "an area",
        [](Bed& bed) { bed.erase(FileId::nfl, 5); },
@@ -213,6 +218,13 @@ std::vector<RuleCase> table_cases() {
        "",
        [](Bed& bed) { bed.insert(FileId::nfl, 6, "   N0777 gibt es nicht mehr"); }},
       {"zeile-ohne-element",
+       "only when there are elements",
+       [](Bed& bed) { bed.insert(FileId::ver, 3, "   V0777     1  50.0"); },
+       {"ver:3:4+5"},
+       "",
+       "",
+       [](Bed& bed) { bed.replace(FileId::sys, {"Systemlogik"}); }},
+      {"zeile-ohne-element",
        "a misspelt name",
        [](Bed& bed) { bed.put(FileId::nfl, 5, 4, "N0021"); },
        {"nfl:5:4+5"},
@@ -231,6 +243,13 @@ std::vector<RuleCase> table_cases() {
        "K0010 gehört nicht in diese Datei",
        "",
        [](Bed& bed) { bed.insert(FileId::nfl, 6, "   K0010 siehe dort"); }},
+      {"zeile-fremd",
+       "an area among the reaches",
+       [](Bed& bed) { bed.insert(FileId::trs, 4, "   N0010     12"); },
+       {"trs:4:4+5"},
+       "liest hier nur T-Elemente",
+       "",
+       [](Bed& bed) { bed.line(FileId::trs, 3) = "   N0010    18.2"; }},
       {"zeile-doppelt",
        "in one file",
        [](Bed& bed) { bed.insert(FileId::nfl, 6, "   N0020  251.0"); },
@@ -312,7 +331,7 @@ std::vector<RuleCase> surroundings_cases() {
          bed.surroundings.younger_input = "netz.kfl";
        },
        {"Akum"},
-       "es ist älter als netz.kfl"},
+       "Ergebnis eines früheren Laufs (älter als netz.kfl)"},
       {"altes-protokoll", "there is one", [](Bed& bed) { bed.surroundings.protocol = true; }, {"pkl"}},
       {"ergebnis-verweis",
        "to another file",

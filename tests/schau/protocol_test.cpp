@@ -5,6 +5,7 @@
 #include <chrono>
 #include <map>
 #include <random>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -76,13 +77,10 @@ std::vector<Call> all_calls() {
   return calls;
 }
 
-std::string printed_number(const runtime::FormatItem& item, std::int32_t integer, float real) {
-  std::string text;
-  if (item.edit == runtime::Edit::integer) {
-    runtime::append_integer(text, item.width, item.decimals, integer);
-  } else {
-    runtime::append_fixed(text, item.width, item.decimals, static_cast<double>(real));
-  }
+std::string printed_number(const runtime::FormatItem& item, const runtime::Value& value) {
+  const std::span<const runtime::FormatItem> field(&item, 1);
+  const runtime::Format format{field, {}, runtime::columns_of(field), 0};
+  const std::string text = runtime::formatted(format, std::span(&value, 1));
   return text.substr(std::min(text.find_first_not_of(' '), text.size()));
 }
 
@@ -96,17 +94,17 @@ std::string printed(const runtime::FormatItem& item, catalogue::Argument argumen
     case catalogue::text3:
       return std::string(*arguments.text3);
     case catalogue::int1:
-      return printed_number(item, *arguments.int1, 0);
+      return printed_number(item, *arguments.int1);
     case catalogue::int2:
-      return printed_number(item, *arguments.int2, 0);
+      return printed_number(item, *arguments.int2);
     case catalogue::int3:
-      return printed_number(item, *arguments.int3, 0);
+      return printed_number(item, *arguments.int3);
     case catalogue::real1:
-      return printed_number(item, 0, *arguments.real1);
+      return printed_number(item, *arguments.real1);
     case catalogue::real2:
       break;
   }
-  return printed_number(item, 0, *arguments.real2);
+  return printed_number(item, *arguments.real2);
 }
 
 using Values = std::map<Name, std::string>;
@@ -167,6 +165,7 @@ void expect_message(const Message& message, const Call& call) {
   EXPECT_EQ(message.code, call.entry->code);
   EXPECT_EQ(message.level, expected_level(call.entry->level));
   EXPECT_EQ(values_of(message), expected_values(call));
+  EXPECT_THAT(message.arguments, SizeIs(expected_values(call).size()));
   EXPECT_TRUE(message.complete);
 }
 

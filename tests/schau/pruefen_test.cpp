@@ -203,7 +203,7 @@ TEST(Pruefen, tells_a_file_that_cannot_be_read) {
   fs::remove(folder.path() / "rausel.kfl");
   const child::Outcome missing = check(folder, {"rausel"});
   EXPECT_THAT(missing.out,
-              HasSubstr("Die Datei rausel.kfl fehlt; das System hat 4 Elemente K [datei-fehlt]"));
+              HasSubstr("Die Datei rausel.kfl fehlt; das System hat 4 K-Elemente [datei-fehlt]"));
   EXPECT_EQ(missing.exit_status, 2);
   fs::create_directory(folder.path() / "rausel.kfl");
   const child::Outcome unreadable = check(folder, {"rausel"});

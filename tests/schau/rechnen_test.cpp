@@ -161,6 +161,31 @@ TEST_F(Rechnen, GoesOnWhenNobodyReadsItsOutput) {
   EXPECT_EQ(full.exit_status, 3);
 }
 
+TEST_F(Rechnen, DoesNotMindACallerThatIgnoresItsChildrenOrStopsReading) {
+  const child::Outcome ignored =
+      program::run({"rechnen", "-q", "rausel"}, folder_, [] { std::signal(SIGCHLD, SIG_IGN); });
+  EXPECT_EQ(ignored.exit_status, 0) << ignored.err;
+
+  fs::remove(folder_ / "rausel.Akum");
+  const child::Outcome unread = program::run({"rechnen", "rausel"}, folder_, [] {
+    int ends[2];
+    if (pipe(ends) != 0) _exit(126);
+    dup2(ends[1], STDOUT_FILENO);
+    close(ends[0]);
+    close(ends[1]);
+  });
+  EXPECT_EQ(unread.exit_status, 3);
+  EXPECT_EQ(bytes("rausel.Akum"), result_);
+}
+
+TEST_F(Rechnen, ShowsTheBeginningOfALongNotice) {
+  const std::string program = stand_in("exec head -c 200000 /dev/zero");
+  const child::Outcome outcome = run({"rechnen", "rausel", "--programm", program});
+  EXPECT_THAT(outcome.out, HasSubstr("KV_Akum: Ausgabe außerhalb der Meldungen: ␀␀"));
+  EXPECT_THAT(outcome.out, HasSubstr("␀ ...\n"));
+  EXPECT_LT(outcome.out.size(), 20'000U);
+}
+
 // Several variants.
 
 constexpr int variant_count = 12;
@@ -307,9 +332,11 @@ TEST_F(Rechnen, EndsItsRunsWhenItIsAskedToEnd) {
       return fs::exists(temporary_.path() / "id") && !read_bytes(temporary_.path() / "id").empty();
     }));
     const pid_t of_program = std::stoi(read_bytes(temporary_.path() / "id"));
+    const auto asked = std::chrono::steady_clock::now();
     kill(id, signal);
     int status = 0;
     ASSERT_EQ(waitpid(id, &status, 0), id);
+    EXPECT_LT(std::chrono::steady_clock::now() - asked, std::chrono::seconds(20));
     EXPECT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), 3);
     EXPECT_EQ(kill(of_program, 0), -1);

@@ -107,6 +107,13 @@ TEST(Records, BeginAnewWhereOneIsBrokenOffInside) {
   EXPECT_THAT(notices_of({"\x01messagebox_button_0\x02halb\x01messagebox_button_0\x02ganz\x03"}),
               ElementsAre(Told{Notice::Kind::message, "", "halb", false},
                           Told{Notice::Kind::message, "", "ganz", true}));
+  EXPECT_THAT(notices_of({"\x01message\x01messagebox_button_0\x02ganz\x03"}),
+              ElementsAre(Told{Notice::Kind::unframed, "", "message", true},
+                          Told{Notice::Kind::message, "", "ganz", true}));
+  // Half a title is not the title of the next text.
+  EXPECT_THAT(notices_of({"\x01messagebox_button_0_settitle\x02KV_\x01messagebox_button_0\x02ganz\x03"}),
+              ElementsAre(Told{Notice::Kind::message, "KV_", "", false},
+                          Told{Notice::Kind::message, "", "ganz", true}));
 }
 
 TEST(Records, OfWindowsAndBytesOutsideAreKeptInTheirOrder) {

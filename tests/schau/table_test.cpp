@@ -142,21 +142,26 @@ TEST(Table, NamesTheLineOfItsFirstFault) {
   std::string empty_number = row;
   empty_number.replace(88, 11, std::string(11, ' '));
   std::string shifted = " " + row;
-  std::string in_a_gap = row;
-  in_a_gap[42] = '1';
-  const std::vector<Broken> tables = {
+  std::string without_last_digit = row;
+  without_last_digit.erase(row.size() - 2, 1);
+  std::vector<Broken> tables = {
       {"", TableFault::line_cut, 1},
       {row + row + row + row + row + row + row, TableFault::no_heading, 6},
       {heading + row + bad_number + row, TableFault::bad_number, 8},
       {heading + empty_number, TableFault::bad_number, 7},
       {heading + row + shifted, TableFault::not_a_row, 8},
-      {heading + in_a_gap, TableFault::not_a_row, 7},
+      {heading + without_last_digit, TableFault::not_a_row, 7},
       {heading + row + "\n", TableFault::not_a_row, 8},
       {heading + std::string(50'000, '\0') + "\n", TableFault::not_a_row, 7},
       {heading + further_inflow, TableFault::inflow_without_reach, 7},
       {heading + row + further_inflow + further_inflow + further_inflow, TableFault::inflow_without_reach,
        10},
   };
+  for (const std::size_t column : {6U, 7U, 16U, 17U, 43U, 44U, 65U, 66U, 87U, 88U}) {
+    std::string in_a_gap = row;
+    in_a_gap[column - 1] = '1';
+    tables.push_back({heading + in_a_gap, TableFault::not_a_row, 7});
+  }
   for (const Broken& broken : tables) {
     const Table table = parse_table(broken.bytes);
     ASSERT_TRUE(table.fault.has_value()) << broken.bytes;
