@@ -11,7 +11,7 @@
 #include <system_error>
 #include <utility>
 
-#include "KV_Schau/import/csv.h"
+#include "KV_Schau/csv/reader.h"
 #include "KV_Schau/import/drainage.h"
 #include "KV_Schau/variant/encoding.h"
 #include "KV_Schau/variant/shown_text.h"
@@ -81,7 +81,7 @@ class Reader {
     text_ = file_.bytes();
     text_.remove_prefix(variant::byte_order_mark_length(text_));
     table_.separator = likely_separator();
-    CsvReader csv(text_, table_.separator, table_.texts);
+    csv::Reader csv(text_, table_.separator, table_.texts);
     if (read_titles(csv)) read_rows(csv);
     if (table_.fault_count == 0) find_drainage(table_);
     std::ranges::stable_sort(table_.faults, {}, &Fault::line);
@@ -95,9 +95,9 @@ class Reader {
     std::ptrdiff_t most = 0;
     for (const char separator : {',', ';', '\t'}) {
       std::deque<std::string> texts;
-      CsvReader csv(text_, separator, texts);
+      csv::Reader csv(text_, separator, texts);
       std::vector<std::string_view> titles;
-      if (csv.next(titles) != CsvReader::Outcome::row) continue;
+      if (csv.next(titles) != csv::Reader::Outcome::row) continue;
       const std::ptrdiff_t known =
           std::ranges::count_if(titles, [](std::string_view title) { return column_of(title) != missing; });
       if (known <= most) continue;
@@ -112,8 +112,8 @@ class Reader {
     return found == column_names.end() ? missing : static_cast<std::size_t>(found - column_names.begin());
   }
 
-  bool read_titles(CsvReader& csv) {
-    if (csv.next(fields_) != CsvReader::Outcome::row) {
+  bool read_titles(csv::Reader& csv) {
+    if (csv.next(fields_) != csv::Reader::Outcome::row) {
       table_.refuse(csv.line(), "Die Datei hat keine Zeile mit Spaltennamen");
       return false;
     }
@@ -139,13 +139,13 @@ class Reader {
     return table_.fault_count == 0;
   }
 
-  void read_rows(CsvReader& csv) {
+  void read_rows(csv::Reader& csv) {
     constexpr std::size_t usual_row = 32;
     table_.rows.reserve(std::min(text_.size() / usual_row, most_rows));
     while (true) {
-      const CsvReader::Outcome outcome = csv.next(fields_);
-      if (outcome == CsvReader::Outcome::end) break;
-      if (outcome == CsvReader::Outcome::bad_quotes) {
+      const csv::Reader::Outcome outcome = csv.next(fields_);
+      if (outcome == csv::Reader::Outcome::end) break;
+      if (outcome == csv::Reader::Outcome::bad_quotes) {
         table_.refuse(csv.line(),
                       "Ein Anführungszeichen schließt nicht, oder hinter dem schließenden steht Text");
         return;

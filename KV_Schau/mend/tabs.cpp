@@ -5,6 +5,7 @@
 #include "KV_Schau/mend/steps.h"
 #include "KV_Schau/network/values.h"
 #include "KV_Schau/variant/records.h"
+#include "m_System/element_types.h"
 
 namespace schau::mend {
 namespace {

@@ -20,15 +20,7 @@ std::string shown_name(variant::NameKey name) {
   return variant::shown(variant::text_of(name), variant::Encoding::windows_1252);
 }
 
-// The numbers of a row, from left to right.
-struct Column {
-  std::string_view title;  // in data that is separated by characters
-  std::string_view key;    // in JSON
-  std::size_t width = 0;   // in the table: so many asterisks stand for a number too wide
-  const Number& (*number)(const Reach& reach);
-};
-
-constexpr std::array<Column, 8> number_columns = {{
+constexpr std::array<NumberColumn, 8> columns = {{
     {"Station [km]", "station_km", 8, [](const Reach& reach) -> const Number& { return reach.station; }},
     {"natürliche Fläche direkt [km²]", "natuerlich_direkt_km2", 10,
      [](const Reach& reach) -> const Number& { return reach.natural.direct; }},
@@ -45,7 +37,7 @@ constexpr std::array<Column, 8> number_columns = {{
     {"Gesamtfläche [km²]", "gesamt_km2", 11, [](const Reach& reach) -> const Number& { return reach.total; }},
 }};
 
-std::string text_in(const Column& column, const Reach& reach) {
+std::string text_in(const NumberColumn& column, const Reach& reach) {
   return text_of(column.number(reach), column.width);
 }
 
@@ -69,9 +61,9 @@ std::string inflows_of(const Reach& reach) {
 
 void append_row(std::string& out, const Reach& reach) {
   fmt::format_to(std::back_inserter(out), "{:<7}  {:>8}  {:<17}", shown_name(reach.name),
-                 text_in(number_columns[0], reach), inflows_of(reach));
-  for (std::size_t i = 1; i < number_columns.size(); ++i) {
-    const Column& column = number_columns[i];
+                 text_in(columns[0], reach), inflows_of(reach));
+  for (std::size_t i = 1; i < columns.size(); ++i) {
+    const NumberColumn& column = columns[i];
     fmt::format_to(std::back_inserter(out), "{}{:>{}}", i % 2 == 1 ? "  " : " ", text_in(column, reach),
                    column.width);
   }
@@ -111,13 +103,17 @@ class CsvLine {
   bool first_ = true;
 };
 
-nlohmann::ordered_json json_number(const Column& column, const Reach& reach) {
+nlohmann::ordered_json json_number(const NumberColumn& column, const Reach& reach) {
   const Number& number = column.number(reach);
   if (std::isfinite(number.value)) return number.value;
   return text_in(column, reach);
 }
 
 }  // namespace
+
+const std::array<NumberColumn, 8>& number_columns() {
+  return columns;
+}
 
 std::string text_of(const Table& table, std::size_t most_rows) {
   const std::size_t count = table.reaches.size();
@@ -138,28 +134,28 @@ void append_csv_titles(std::string& out, const CsvForm& form) {
   if (form.byte_order_mark) out += byte_order_mark;
   CsvLine line(out, form);
   line.add("Strecke");
-  line.add(number_columns.front().title);
+  line.add(columns.front().title);
   for (std::size_t i = 1; i <= most_inflows; ++i) line.add(fmt::format("Zulauf {}", i));
-  for (const Column& column : std::span(number_columns).subspan(1)) line.add(column.title);
+  for (const NumberColumn& column : std::span(columns).subspan(1)) line.add(column.title);
   line.end();
 }
 
 void append_csv_row(std::string& out, const Reach& reach, const CsvForm& form) {
   CsvLine line(out, form);
   line.add(shown_name(reach.name));
-  line.add_number(text_in(number_columns.front(), reach));
+  line.add_number(text_in(columns.front(), reach));
   for (const variant::NameKey inflow : reach.inflow) line.add(shown_name(inflow));
-  for (const Column& column : std::span(number_columns).subspan(1)) line.add_number(text_in(column, reach));
+  for (const NumberColumn& column : std::span(columns).subspan(1)) line.add_number(text_in(column, reach));
   line.end();
 }
 
 void append_json_row(std::string& out, const Reach& reach) {
   nlohmann::ordered_json row;
   row["strecke"] = shown_name(reach.name);
-  row[std::string(number_columns.front().key)] = json_number(number_columns.front(), reach);
+  row[std::string(columns.front().key)] = json_number(columns.front(), reach);
   nlohmann::ordered_json& inflows = row["zulaeufe"] = nlohmann::ordered_json::array();
   for (const variant::NameKey inflow : reach.inflows()) inflows.push_back(shown_name(inflow));
-  for (const Column& column : std::span(number_columns).subspan(1)) {
+  for (const NumberColumn& column : std::span(columns).subspan(1)) {
     row[std::string(column.key)] = json_number(column, reach);
   }
   out += row.dump();

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "KV_Schau/run/table.h"
 
@@ -10,6 +12,16 @@ namespace schau::run {
 /// A result table for people (UTF-8), one line a reach with all its inflows. With `most_rows` above 0 and
 /// more reaches than that, the first and the last ones are shown, and how many are left out.
 std::string text_of(const Table& table, std::size_t most_rows = 0);
+
+/// A column of numbers of a table.
+struct NumberColumn {
+  std::string_view title;  ///< in data that is separated by characters
+  std::string_view key;    ///< in JSON
+  std::size_t width = 0;   ///< in the table: so many asterisks stand for a number too wide
+  const Number& (*number)(const Reach& reach) = nullptr;
+};
+/// From left to right: the station, the direct and total sums of the three kinds, and their sum.
+const std::array<NumberColumn, 8>& number_columns();
 
 /// The forms of a table as data that is separated by characters.
 struct CsvForm {

@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "KV_Schau/import/csv.h"
+#include "KV_Schau/csv/reader.h"
 #include "KV_Schau/import/five_columns.h"
 #include "tests/dice.h"
 
@@ -30,10 +30,10 @@ using Rows = std::vector<std::vector<std::string>>;
 
 Rows rows_of(std::string_view text, char separator = ',') {
   std::deque<std::string> texts;
-  CsvReader csv(text, separator, texts);
+  csv::Reader table(text, separator, texts);
   std::vector<std::string_view> fields;
   Rows rows;
-  while (csv.next(fields) == CsvReader::Outcome::row) rows.emplace_back(fields.begin(), fields.end());
+  while (table.next(fields) == csv::Reader::Outcome::row) rows.emplace_back(fields.begin(), fields.end());
   return rows;
 }
 
@@ -52,21 +52,21 @@ TEST(Csv, takes_all_line_ends_and_passes_over_blank_rows) {
 
 TEST(Csv, knows_the_line_of_a_row) {
   std::deque<std::string> texts;
-  CsvReader csv("a\r\n\r\n\"b\n\nc\"\r\nd\n", ',', texts);
+  csv::Reader table("a\r\n\r\n\"b\n\nc\"\r\nd\n", ',', texts);
   std::vector<std::string_view> fields;
   std::vector<std::uint32_t> lines;
-  while (csv.next(fields) == CsvReader::Outcome::row) lines.push_back(csv.line());
+  while (table.next(fields) == csv::Reader::Outcome::row) lines.push_back(table.line());
   EXPECT_THAT(lines, ElementsAre(1, 3, 6));
 }
 
 TEST(Csv, stops_at_quotation_marks_that_do_not_match) {
   for (const std::string_view text : {"a\n\"b,c\nd\n", "a\n\"b\"c,d\n", "a\nb,\"\n"}) {
     std::deque<std::string> texts;
-    CsvReader csv(text, ',', texts);
+    csv::Reader table(text, ',', texts);
     std::vector<std::string_view> fields;
-    EXPECT_EQ(csv.next(fields), CsvReader::Outcome::row);
-    EXPECT_EQ(csv.next(fields), CsvReader::Outcome::bad_quotes);
-    EXPECT_EQ(csv.line(), 2U);
+    EXPECT_EQ(table.next(fields), csv::Reader::Outcome::row);
+    EXPECT_EQ(table.next(fields), csv::Reader::Outcome::bad_quotes);
+    EXPECT_EQ(table.line(), 2U);
   }
 }
 

@@ -7,15 +7,16 @@
 #include <string_view>
 #include <vector>
 
-namespace schau::imports {
+/// Tables that are separated by characters.
+namespace schau::csv {
 
 /// Reads the rows of a table that is separated by characters, after RFC 4180: fields may stand in quotation
 /// marks and then hold separators, line ends and doubled quotation marks. Beyond the RFC, rows may also end
 /// at LF or CR alone. Linear in the text.
-class CsvReader {
+class Reader {
  public:
   /// The text must outlive the fields; in `texts` those are put that are no piece of it.
-  CsvReader(std::string_view text, char separator, std::deque<std::string>& texts);
+  Reader(std::string_view text, char separator, std::deque<std::string>& texts);
 
   enum class Outcome : std::uint8_t {
     row,
@@ -38,4 +39,4 @@ class CsvReader {
   std::uint32_t next_line_ = 1;
 };
 
-}  // namespace schau::imports
+}  // namespace schau::csv

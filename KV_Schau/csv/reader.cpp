@@ -1,11 +1,11 @@
-#include "KV_Schau/import/csv.h"
+#include "KV_Schau/csv/reader.h"
 
 #include <algorithm>
 #include <boost/range/iterator_range_core.hpp>
 #include <boost/spirit/home/x3.hpp>
 #include <vector>
 
-namespace schau::imports {
+namespace schau::csv {
 namespace {
 
 namespace x3 = boost::spirit::x3;
@@ -34,10 +34,10 @@ bool is_blank(const std::vector<std::string_view>& fields) {
 
 }  // namespace
 
-CsvReader::CsvReader(std::string_view text, char separator, std::deque<std::string>& texts)
+Reader::Reader(std::string_view text, char separator, std::deque<std::string>& texts)
     : rest_(text), stops_(std::string("\r\n") + separator), texts_(texts) {}
 
-CsvReader::Outcome CsvReader::next(std::vector<std::string_view>& fields) {
+Reader::Outcome Reader::next(std::vector<std::string_view>& fields) {
   const auto quoted = x3::raw['"' >> *(~x3::char_('"') | "\"\"") >> '"'];
   const auto plain = x3::raw[!x3::lit('"') >> *~x3::char_(stops_)];
   const auto row = (quoted | plain) % x3::char_(stops_.back());
@@ -59,7 +59,7 @@ CsvReader::Outcome CsvReader::next(std::vector<std::string_view>& fields) {
   return Outcome::row;
 }
 
-std::string_view CsvReader::unquoted(std::string_view field) {
+std::string_view Reader::unquoted(std::string_view field) {
   if (!field.starts_with('"')) return field;
   field = field.substr(1, field.size() - 2);
   if (field.find('"') == std::string_view::npos) return field;
@@ -71,4 +71,4 @@ std::string_view CsvReader::unquoted(std::string_view field) {
   return text;
 }
 
-}  // namespace schau::imports
+}  // namespace schau::csv
