@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 #include <iterator>
+#include <string>
+#include <vector>
 
 #include "KV_Schau/compare/view.h"
 #include "KV_Schau/compare/words.h"
@@ -110,13 +112,20 @@ class TextWriter {
       out_ += "\n";
       return;
     }
-    fmt::format_to(
-        std::back_inserter(out_),
-        "\n{} {} statt {}: {} hinzugekommen, {} entfallen, {} anders verbunden; {} Eingaben geändert; "
-        "{} von {} Strecken mit anderem Ergebnis\n",
-        comparison_.new_count, units, comparison_.old_count, comparison_.count_of(ChangeKind::added),
-        comparison_.count_of(ChangeKind::gone), comparison_.count_of(ChangeKind::moved),
-        comparison_.count_of(ChangeKind::input), comparison_.reaches.size(), comparison_.compared_reaches);
+    std::vector<std::string> parts;
+    const std::string_view one = comparison_.is_of_variants ? "Element" : "Strecke";
+    const auto add = [&](ChangeKind kind, std::string_view single, std::string_view several,
+                         std::string_view what) {
+      const std::size_t count = comparison_.count_of(kind);
+      if (count > 0) parts.push_back(fmt::format("{} {} {}", count, count == 1 ? single : several, what));
+    };
+    add(ChangeKind::added, one, units, "hinzugekommen");
+    add(ChangeKind::gone, one, units, "entfallen");
+    add(ChangeKind::moved, one, units, "anders verbunden");
+    add(ChangeKind::input, "Eingabe", "Eingaben", "geändert");
+    parts.push_back(fmt::format("{} von {} Strecken mit anderem Ergebnis", comparison_.reaches.size(),
+                                comparison_.compared_reaches));
+    fmt::format_to(std::back_inserter(out_), "\nVerschieden: {}\n", fmt::join(parts, ", "));
   }
 
   const Comparison& comparison_;

@@ -13,9 +13,11 @@
 #include "KV_Schau/import/import.h"
 #include "KV_Schau/rules/rules.h"
 #include "tests/dice.h"
+#include "tests/notices.h"
+#include "tests/program.h"
 #include "tests/schau/clean_network.h"
 #include "tests/schau/import/net_csv.h"
-#include "tests/variant_files.h"
+#include "tests/test_files.h"
 
 namespace {
 
@@ -39,10 +41,11 @@ struct Totals {
 
 // The totals of all reaches that a run of KV_Akum writes.
 std::map<std::string, Totals> totals_of(const std::string& name) {
-  const variant_files::RunResult run = variant_files::run_variant(name);
-  EXPECT_EQ(run.output, variant_files::notice("KV_Akum", "Ergebnis: " + name + ".Akum"));
+  const child::Outcome run = program::run({{name}, "."});
+  EXPECT_EQ(run.out, notices::closing(name));
   std::map<std::string, Totals> totals;
-  for (const std::string& line : variant_files::written_lines(name + ".Akum")) {
+  std::istringstream lines(test_files::read_bytes(name + ".Akum"));
+  for (std::string line; std::getline(lines, line);) {
     if (!line.starts_with('T') || line.size() < 99) continue;
     totals[line.substr(0, 5)] = {std::stod(line.substr(32, 10)), std::stod(line.substr(54, 10)),
                                  std::stod(line.substr(76, 10))};
@@ -89,7 +92,7 @@ void round_trip(const std::string& source, const net_csv::Form& form) {
   write_variant(import, "netz");
   const std::map<std::string, Totals> totals = totals_of("netz");
   EXPECT_EQ(totals.size(), expected.size());
-  const auto names = names_by_id(variant_files::read_file("netz.namen.csv"), form.id_prefix);
+  const auto names = names_by_id(test_files::read_bytes("netz.namen.csv"), form.id_prefix);
   for (const auto& [reach, areas] : expected) {
     const auto found = totals.find(names.at(reach));
     ASSERT_NE(found, totals.end()) << reach;
@@ -106,11 +109,11 @@ class RealNetworks : public testing::TestWithParam<const char*> {
     if (!fs::exists(folder)) {
       GTEST_SKIP() << "not run: the folder of real networks is not there (" << folder.string() << ")";
     }
-    variant_files::copy_variant(folder, GetParam());
+    for (const auto& entry : fs::directory_iterator(folder)) fs::copy(entry.path(), ".");
   }
 
  private:
-  variant_files::WorkingFolder working_folder_;
+  test_files::WorkingFolder working_folder_;
 };
 
 TEST_P(RealNetworks, come_back_element_by_element) {
@@ -138,13 +141,12 @@ INSTANTIATE_TEST_SUITE_P(Networks, RealNetworks, testing::Values("walker", "newh
 TEST(RandomNetworks, come_back) {
   for (std::uint32_t seed = 1; seed <= 40; ++seed) {
     SCOPED_TRACE(seed);
-    const variant_files::WorkingFolder working_folder;
+    const test_files::WorkingFolder working_folder;
     Dice dice(seed);
     const schau_test::CleanNetwork network = schau_test::clean_network(dice, 20 + dice.roll(200));
     for (const auto file : {schau_test::FileId::sys, schau_test::FileId::nfl, schau_test::FileId::kfl,
                             schau_test::FileId::trs, schau_test::FileId::ver}) {
-      variant_files::write_file("alt." + std::string(schau_test::extension_of(file)),
-                                network.bed.bytes(file));
+      test_files::write_bytes("alt." + std::string(schau_test::extension_of(file)), network.bed.bytes(file));
     }
     round_trip("alt", {seed % 2 == 0 ? ',' : ';', seed % 3 == 0, seed % 2 == 1, std::string(prefix)});
   }
