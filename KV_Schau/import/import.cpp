@@ -76,10 +76,9 @@ std::vector<std::string> write_files(const Import& import, const variant::Varian
     const std::string extension(file.extension);
     files.push_back(std::make_unique<run::WholeFile>(path.folder / (path.name + extension)));
     files.back()->stream() << file.bytes;
-    files.back()->stream().flush();
     names.push_back(path.shown + extension);
   }
-  for (const auto& file : files) file->commit();
+  run::commit_all(files);
   return names;
 }
 

@@ -1,3 +1,5 @@
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <span>
 
@@ -49,12 +51,35 @@ std::span<const Span> fields_of(FileId file) {
   return area_fields;
 }
 
-void mend_commas_of(Line& line, MendedFile& file, Mended& mended) {
+// "1,234": where other areas of the file have points, the comma may set off thousands.
+bool may_set_off_thousands(std::string_view number) {
+  if (number.starts_with('+') || number.starts_with('-')) number.remove_prefix(1);
+  const std::size_t comma = number.find(',');
+  return comma > 0 && number.front() != '0' && number.size() - comma - 1 == 3;
+}
+
+bool has_areas_with_points(const MendedFile& file, const variant::NameIndex& names) {
+  if (file.id != FileId::nfl && file.id != FileId::kfl) return false;
+  return std::ranges::any_of(file.lines, [&](const Line& line) {
+    return is_record(file.id, line.text, names) &&
+           columns::area.of(line.text).find('.') != std::string_view::npos;
+  });
+}
+
+void mend_commas_of(Line& line, MendedFile& file, bool has_points, Mended& mended) {
   std::string text(line.text);
   bool is_changed = false;
   for (const Span field : fields_of(file.id)) {
     const std::size_t comma = decimal_comma(line.text, field);
     if (comma == std::string_view::npos) continue;
+    const std::string_view number = variant::without_blanks(field.of(line.text));
+    if (has_points && field.first == columns::area.first && may_set_off_thousands(number)) {
+      mended.left.push_back({file.id, line.old_number,
+                             fmt::format("\"{}\" bleibt: andere Flächen haben einen Dezimalpunkt, das Komma "
+                                         "könnte Tausender abtrennen",
+                                         number)});
+      continue;
+    }
     text[comma] = '.';
     is_changed = true;
   }
@@ -78,11 +103,12 @@ bool is_record(FileId file, std::string_view line, const variant::NameIndex& nam
 }
 
 void mend_decimal_commas(MendedFile& file, const variant::NameIndex& names, Mended& mended) {
+  const bool has_points = has_areas_with_points(file, names);
   bool station_follows = false;
   for (Line& line : file.lines) {
     const bool is_value_line = is_record(file.id, line.text, names);
     if ((is_value_line || station_follows) && line.text.find(',') != std::string_view::npos)
-      mend_commas_of(line, file, mended);
+      mend_commas_of(line, file, has_points, mended);
     station_follows = file.id == FileId::trs && is_value_line && network::is_kind_2(line.text);
   }
 }

@@ -18,8 +18,7 @@ struct Place {
 };
 
 Place place_of(const variant::Variant& variant, const MendedFile& file) {
-  const std::string& shown = variant.file(file.id).shown();
-  return {variant.path.folder / fs::path(shown).filename(), shown};
+  return {variant::path_of(variant.path, file.id), variant.file(file.id).shown()};
 }
 
 // A copy of something else is somebody's last chance.
@@ -38,7 +37,6 @@ std::vector<std::string> write(const Mended& mended, const variant::Variant& var
   const auto add = [&](const Place& place, std::string_view bytes) {
     files.push_back(std::make_unique<run::WholeFile>(place.path));
     files.back()->stream() << bytes;
-    files.back()->stream().flush();
     names.push_back(place.shown);
   };
   // The copies first: no old file goes before its copy is complete.
@@ -54,7 +52,7 @@ std::vector<std::string> write(const Mended& mended, const variant::Variant& var
   for (const MendedFile& file : mended.files) {
     if (file.is_changed()) add(place_of(variant, file), bytes_of(file));
   }
-  for (const auto& file : files) file->commit();
+  run::commit_all(files);
   return names;
 }
 
