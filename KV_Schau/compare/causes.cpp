@@ -6,8 +6,6 @@
 #include <iterator>
 #include <utility>
 
-#include "m_System/element_types.h"
-
 namespace schau::compare {
 namespace {
 
@@ -118,13 +116,6 @@ class Descent {
   std::vector<Set> sets_;
 };
 
-// What came in or fell away without an area of its own and passes on all that it gets: its inflows tell more.
-bool passes_all_on(const Change& change) {
-  const m_System::ElementType& type = m_System::type_of(variant::letter_of(change.name));
-  const bool is_new_or_gone = change.kind == ChangeKind::added || change.kind == ChangeKind::gone;
-  return is_new_or_gone && !type.is_source() && type.passes_on == m_System::PassesOn::everything;
-}
-
 // Below the place where the old and the new way of a moved element meet it is not a cause. Such changes are
 // named only where there are no others.
 void take_causes(const Comparison& comparison, ReachChange& reach, const Set& old_set, const Set& new_set) {
@@ -132,7 +123,7 @@ void take_causes(const Comparison& comparison, ReachChange& reach, const Set& ol
     const Change& change = comparison.changes[position];
     const bool meets_again =
         change.kind == ChangeKind::moved && old_set.has(position) && new_set.has(position);
-    return meets_again || passes_all_on(change);
+    return meets_again || change.is_link_only;
   };
   std::vector<std::uint32_t> all;
   std::ranges::set_union(old_set, new_set, std::back_inserter(all));

@@ -192,6 +192,11 @@ class VariantComparer {
     Change added = change(kind, pair);
     (kind == ChangeKind::added ? added.new_links : added.old_links) = outflows(results, element);
     added.effect = results.total[element].all();
+    const std::vector<bool>& tells = kind == ChangeKind::added ? new_tells_ : old_tells_;
+    const m_System::ElementType& type = m_System::type_of(results.variant.type(element));
+    added.is_link_only =
+        !type.is_source() && type.passes_on == m_System::PassesOn::everything &&
+        std::ranges::all_of(results.network.inflow[element], [&](Element j) { return j == 0 || tells[j]; });
     comparison_.changes.push_back(added);
   }
 

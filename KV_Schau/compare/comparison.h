@@ -48,6 +48,9 @@ struct Change {
   Input input = Input::area;  ///< and its values: km², a fraction, a code, a fraction, km
   double before = 0.0;
   double after = 0.0;
+  /// An added or gone element that passes on all that it gets, and all that it gets has been linked anew: the
+  /// inflows tell of the change.
+  bool is_link_only = false;
   /// The area that it moves at its own place, km²; 0 for what no result depends on.
   double effect = 0.0;
 };

@@ -209,6 +209,16 @@ TEST(Causes, are_elements_that_pass_all_on_where_they_break_the_flow) {
   EXPECT_THAT(causes_of(comparison_of(Bed(), newer)), ElementsAre("T0050: P0010 (entfallen)"));
 }
 
+TEST(Causes, are_elements_that_fall_out_of_the_flow_beside_other_changes) {
+  Bed newer;
+  newer.put(FileId::sys, 7, 36, "t0020");  // no element any more
+  newer.put(FileId::nfl, 3, 11, "12.90");
+  EXPECT_THAT(
+      causes_of(comparison_of(Bed(), newer)),
+      ElementsAre("T0010: N0010 (Fläche)", "T0030: N0010 (Fläche)", "T0040: T0020 (entfallen) N0010 (Fläche)",
+                  "T0050: T0020 (entfallen) N0010 (Fläche)"));
+}
+
 TEST(Causes, are_basins_that_end_direct_areas) {
   Bed newer;
   newer.line(FileId::sys, line_of_p0010) = text_of({"B0010", {"T0040"}, {"T0050", "T0050"}});

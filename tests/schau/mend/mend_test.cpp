@@ -111,8 +111,8 @@ TEST(Mend, undoes_what_has_one_meaning) {
       {"tabs of eight in an element", FileId::sys,
        [](Bed& bed) { bed.line(FileId::sys, 5) = "\t\t\t\t   T0010   N0010 K0010\t       V0010"; },
        "1 Zeile mit Tabulatoren"},
-      {"a tab in a record", FileId::nfl,
-       [](Bed& bed) { bed.line(FileId::nfl, 3) = "   N0010\t  12.40 0.00"; }, "1 Zeile mit Tabulatoren"},
+      {"a tab in a record", FileId::nfl, [](Bed& bed) { bed.line(FileId::nfl, 3) = "   N0010\t 12.40 0.00"; },
+       "1 Zeile mit Tabulatoren"},
       {"a tab before a unit", FileId::nfl, [](Bed& bed) { bed.line(FileId::nfl, 4) = "\t  ha"; },
        "1 Zeile mit Tabulatoren"},
       {"a tab before a station", FileId::trs, [](Bed& bed) { bed.line(FileId::trs, 3) = "\t    18.250"; },
@@ -263,7 +263,10 @@ void spoil(Bed& bed, Dice& dice) {
   for (const FileId file : files) {
     std::vector<std::string>& lines = bed.lines(file);
     if (lines.empty()) continue;
-    if (dice.one_in(2)) lines.front() = in_utf8(lines.front()) + (dice.one_in(2) ? " äöü" : "");
+    if (dice.one_in(2)) {
+      std::ranges::transform(lines, lines.begin(), in_utf8);
+      lines.front() += " äöü";
+    }
     for (std::string& line : lines) {
       if (dice.one_in(10)) line.append(1 + dice.roll(3), ' ');
     }
