@@ -1,9 +1,9 @@
 #include <benchmark/benchmark.h>
 
 #include <array>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -26,7 +26,7 @@ constexpr int unit = 100;
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::string& text)
-      : path_(std::filesystem::temp_directory_path() / ("kv_micro_" + std::to_string(std::rand()))) {
+      : path_(std::filesystem::temp_directory_path() / ("kv_micro_" + std::to_string(std::random_device{}()))) {
     std::ofstream(path_, std::ios::binary) << text;
   }
   TemporaryFile(const TemporaryFile&) = delete;

@@ -16,6 +16,7 @@ namespace {
 
 using m_System::system_logic;
 
+constexpr std::size_t heading_lines = 6;
 constexpr std::string_view marker = "=== ";
 constexpr std::array<std::string_view, 9> known_files = {
     "v.sys", "v.nfl", "v.kfl", "v.trs", "v.ver", "v.pkl", "v.Akum", "code.pkl", "fehlercode.ex"};
@@ -31,7 +32,6 @@ std::size_t next_marker(std::string_view text, std::size_t from) {
 
 // A reach has a line for itself and one for each further inflow.
 std::size_t result_lines() {
-  constexpr std::size_t heading_lines = 6;
   std::size_t lines = heading_lines;
   for (std::int32_t i = 1; i <= system_logic.element_count; ++i) {
     if (system_logic.type.at(i) != 'T') continue;
@@ -41,7 +41,63 @@ std::size_t result_lines() {
   return lines;
 }
 
+// Right-justified, with three decimals; asterisks where it is too wide.
+bool is_number_field(std::string_view field) {
+  if (field.find_first_not_of('*') == std::string_view::npos) return true;
+  field.remove_prefix(std::min(field.find_first_not_of(' '), field.size()));
+  if (field.starts_with('-')) field.remove_prefix(1);
+  if (field == "Infinity" || field == "Inf" || field == "NaN") return true;
+  const std::size_t point = field.find('.');
+  return field.size() == point + 4 && field.find_first_not_of("0123456789.") == std::string_view::npos &&
+         field.rfind('.') == point;
+}
+
+bool is_blank_at(std::string_view line, std::size_t column, std::size_t width) {
+  return line.substr(column - 1, width).find_first_not_of(' ') == std::string_view::npos;
+}
+
+// The line of a reach, or one for a further inflow of it.
+void require_result_line(std::string_view line) {
+  constexpr std::size_t further_inflow = 22;
+  constexpr std::size_t whole_line = 99;
+  if (line.size() == further_inflow) {
+    require(is_blank_at(line, 1, 17), "a further inflow stands alone");
+    return;
+  }
+  require(line.size() == whole_line, "the line of a reach is 99 columns wide");
+  require(is_blank_at(line, 6, 2) && is_blank_at(line, 16, 2), "blanks part the columns of the names");
+  require(is_number_field(line.substr(7, 8)), "a station has three decimals");
+  for (std::size_t pair = 0; pair < 3; ++pair) {
+    const std::size_t column = 23 + 22 * pair;
+    require(is_number_field(line.substr(column - 1, 10)) && is_number_field(line.substr(column + 9, 10)),
+            "an area has three decimals");
+    require(is_blank_at(line, column + 20, 2), "blanks part the pairs of areas");
+  }
+  require(is_number_field(line.substr(88, 11)), "the whole area has three decimals");
+}
+
+void for_each_line(std::string_view bytes, std::size_t skipped, void (*require_line)(std::string_view)) {
+  require(bytes.empty() || bytes.ends_with('\n'), "the last line is complete");
+  for (std::size_t number = 0; !bytes.empty(); ++number) {
+    const std::size_t end = bytes.find('\n');
+    if (number >= skipped) require_line(bytes.substr(0, end));
+    bytes.remove_prefix(end + 1);
+  }
+}
+
+void require_listing_line(std::string_view line) {
+  // Six names with a blank behind each and six positions; wider ones show as asterisks.
+  require(line.size() == 60, "a line of the listing is 60 columns wide");
+  for (std::size_t field = 0; field < 6; ++field)
+    require(line[6 * field + 5] == ' ', "blanks part the names");
+}
+
 }  // namespace
+
+void require_layout(const Bed& bed) {
+  for_each_line(bed.bytes("v.Akum"), heading_lines, require_result_line);
+  for_each_line(bed.bytes("code.pkl"), 1, require_listing_line);
+}
 
 std::string_view text_of(const std::uint8_t* bytes, std::size_t size) {
   return size == 0 ? std::string_view() : std::string_view(reinterpret_cast<const char*>(bytes), size);
@@ -102,6 +158,7 @@ void accumulate_and_check(const Bed& bed) {
   if (accumulated) KV_Akum::AccumulateAreas("v");
   runtime::close_all();
   if (accumulated) require(bed.lines("v.Akum") == result_lines(), "every reach and inflow has its line");
+  require_layout(bed);
 }
 
 }  // namespace fuzz_bed

@@ -48,6 +48,10 @@ class Bed {
 /// Fills the system logic with a small sound network of all types and starts the protocol.
 void start_with_network();
 
+/// Holds every line of the result and of the listing of the elements, as far as there are such files, against
+/// its layout.
+void require_layout(const Bed& bed);
+
 /// Accumulates, unless the level forbids it, and holds the result against the network: all lines are there.
 void accumulate_and_check(const Bed& bed);
 

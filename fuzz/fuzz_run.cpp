@@ -29,6 +29,7 @@ Traces run(std::string_view container) {
   Traces traces{.level = m_WLM_error::ErrorLevel};
   runtime::close_all();
   traces.output = bed.output();
+  fuzz_bed::require_layout(bed);
   traces.files = {bed.bytes("code.pkl"), bed.bytes("v.pkl"), bed.bytes("v.Akum")};
   return traces;
 }

@@ -31,5 +31,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   for (std::int32_t i = 1; i <= count; ++i) check_links(i);
   fuzz_bed::require(bed.lines("code.pkl") == static_cast<std::size_t>(count) + 1,
                     "every element is listed once");
+  fuzz_bed::require_layout(bed);
   return 0;
 }

@@ -47,8 +47,7 @@ struct CompanionKind {
 /// Reads a companion file of the variant. Gives up when it cannot be opened (level 3, the user is told), and
 /// when its check for duplicate values or the allocation leaves the run's level above 1. Otherwise each
 /// element of the kind's type is looked up and read, in system order; the first one without a line is
-/// reported
-/// ("A00") and ends the reading, with the file left open until the end of the run.
+/// reported ("A00") and ends the reading, with the file left open until the end of the run.
 void read_companion_file(std::string_view variant_name, const CompanionKind& kind);
 
 /// A companion file whose lines are known by their elements.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <new>
 
@@ -22,9 +23,11 @@ struct ReleaseBlock {
 /// Makes every later table of more than `bytes` fail, as on a machine short of memory; files are still read.
 /// For tests.
 void limit_allocations(std::size_t bytes);
-/// Takes the limit of `limit_allocations` back.
+/// Makes one table fail: the first from now on, or the one behind so many others. For tests.
+void refuse_table(std::int32_t others = 0);
+/// Takes `limit_allocations` and `refuse_table` back.
 void unlimit_allocations();
-/// Whether the limit allows a table of so many bytes.
+/// Whether the limit allows a table of so many bytes, and it is not the one to be refused.
 bool is_allowed(std::size_t bytes);
 
 /// Lets a standard container have its memory in blocks.

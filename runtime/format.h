@@ -273,14 +273,17 @@ struct StoredFormat {
 };
 
 template <SourceText notation>
-inline constexpr auto stored_format = [] {
+constexpr auto store_format() {
   constexpr ParsedFormat parsed = FormatParser(notation.view()).parse();
   static_assert(parsed.valid, "the format notation is wrong");
   StoredFormat<parsed.item_count, parsed.pool.size> stored;
   for (std::size_t i = 0; i < parsed.item_count; ++i) stored.items[i] = parsed.items[i];
   for (std::size_t i = 0; i < parsed.pool.size; ++i) stored.pool[i] = parsed.pool.bytes[i];
   return stored;
-}();
+}
+
+template <SourceText notation>
+inline constexpr auto stored_format = store_format<notation>();
 
 }  // namespace detail
 

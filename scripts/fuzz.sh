@@ -1,46 +1,84 @@
 #!/usr/bin/env bash
-# Builds the fuzzers and runs them all for so many seconds in total (60 when none are given).
-# Fails on a finding; the input is kept under build/fuzz/findings and named at the end.
+# Builds the fuzzers and runs them.
+#   scripts/fuzz.sh [SECONDS]                  all targets, so many seconds in total (60 when none are given)
+#   scripts/fuzz.sh --each MINUTES [TARGET...] each target for so many minutes of processor time
+# Fails on a finding; the input is kept under build/asan/findings and named at the end.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-seconds=${1:-60}
-if ! [[ $seconds =~ ^[1-9][0-9]*$ ]]; then
-  echo "usage: ${0##*/} [SECONDS]" >&2
+each=
+if [ "${1:-}" = --each ]; then
+  each=${2:-}
+  shift $(($# < 2 ? $# : 2))
+  amount=$each
+else
+  amount=${1:-60}
+  shift $(($# < 1 ? 0 : 1))
+fi
+if ! [[ $amount =~ ^[1-9][0-9]*$ ]]; then
+  sed -n '2,5s/^# //p' "$0" >&2
   exit 2
 fi
 
-scripts/install-tools.sh g++ clang libclang-rt-dev cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev
-cmake --preset fuzz -DKV_TESTS=ON -DKV_SCHAU=OFF
-cmake --build --preset fuzz
+scripts/install-tools.sh g++ clang libclang-rt-dev cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev \
+  libcli11-dev libfmt-dev nlohmann-json3-dev libboost1.81-dev
+cmake --preset asan -DKV_TESTS=ON
+cmake --build --preset asan --target fuzzers
 
-findings=build/fuzz/findings
+findings=build/asan/findings
 mkdir -p "$findings"
 work=$(mktemp -d "${TMPDIR:-/tmp}/kv_fuzz.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 touch "$work/start"
 
-targets=()
-for folder in fuzz/corpus/*/; do targets+=("$(basename "$folder")"); done
-share=$((seconds / ${#targets[@]}))
+targets=("$@")
+if [ "$#" -eq 0 ]; then
+  for folder in fuzz/corpus/*/; do targets+=("$(basename "$folder")"); done
+fi
+share=$((amount / ${#targets[@]}))
 [ "$share" -ge 1 ] || share=1
+how_long="$share s"
+[ -z "$each" ] || how_long="$each min of processor time"
 
 # The number behind one of the fuzzer's closing statistics.
 statistic() { sed -n "s/^stat::$1: *//p" "$2" | tail -n 1; }
 
+# Runs a target for so many seconds. An input longer than a few dozen lines finds nothing that a short one does
+# not.
+fuzz_for() {
+  "build/asan/bin/fuzz_$1" -max_total_time="$2" -max_len=4096 -timeout=10 -rss_limit_mb=2048 \
+    -dict=fuzz/words.dict -artifact_prefix="$findings/$1-" -print_final_stats=1 \
+    "$grown" "fuzz/corpus/$1" >"$log" 2>&1
+}
+
+# Runs a target until it has used so many seconds of processor time, a minute at a time.
+fuzz_by_processor_time() {
+  local used=0 executions=0 outcome=0 TIMEFORMAT='%U %S'
+  while [ "$used" -lt "$2" ] && [ "$outcome" -eq 0 ]; do
+    { time fuzz_for "$1" 60 || outcome=$?; } 2>"$work/time"
+    used=$(awk -v used="$used" '{ used += $1 + $2 } END { printf "%d", used }' "$work/time")
+    executions=$((executions + $(statistic number_of_executed_units "$log")))
+  done
+  printf '%s: %s executions in %s s of processor time, %s\n' "$1" "$executions" "$used" \
+    "$(sed -n 's/^#[0-9]*\tDONE *\(cov: [0-9]* ft: [0-9]*\).*/\1/p' "$log")"
+  return "$outcome"
+}
+
 failed=()
 summary=()
 for target in "${targets[@]}"; do
-  printf '\n== fuzz %s, %s s\n' "$target" "$share"
+  printf '\n== fuzz %s, %s\n' "$target" "$how_long"
   log=$work/$target.log
   grown=$work/$target
-  mkdir "$grown"
+  [ -z "$each" ] || grown=build/asan/corpus/$target
+  mkdir -p "$grown"
   outcome=ok
-  # An input longer than a few dozen lines finds nothing that a short one does not.
-  if ! "build/fuzz/bin/fuzz_$target" -max_total_time="$share" -max_len=4096 -timeout=10 -rss_limit_mb=2048 \
-    -dict=fuzz/words.dict -artifact_prefix="$findings/$target-" -print_final_stats=1 \
-    "$grown" "fuzz/corpus/$target" >"$log" 2>&1; then
-    outcome=FINDING
+  if [ -n "$each" ]; then
+    fuzz_by_processor_time "$target" $((60 * each)) || outcome=FINDING
+  else
+    fuzz_for "$target" "$share" || outcome=FINDING
+  fi
+  if [ "$outcome" = FINDING ]; then
     failed+=("$target")
     tail -n 60 "$log"
   fi

@@ -182,6 +182,26 @@ TEST_F(AccumulationTest, ABasinPassesItsAreaToTheSecondOutflow) {
             "     0.000    10.000       0.000    20.000       0.000    10.000       30.000");
 }
 
+// Links that do not answer each other are errors, but their codes can be suppressed.
+TEST_F(AccumulationTest, WhatIsNoOutflowOfABranchingOrBasinTakesNothing) {
+  const auto totals = [](std::string_view divider, std::int32_t code) {
+    const std::string name(divider);
+    fill_system_logic({{"N1", {}, {name}},
+                       {"K1", {}, {name}},
+                       {name, {"N1", "K1"}, {"T2", "T3"}},
+                       {"T1", {name}, {"T2"}},
+                       {"T2", {name, "T1"}, {"T3"}},
+                       {"T3", {name, "T2"}, {"ENDE"}}});
+    fill_sources({{10.0F}, {20.0F, 0.5F}});
+    fill_branchings({{code, 0.25F}});
+    const Lines lines = accumulated();
+    return Lines{lines.at(0).substr(88), lines.at(1).substr(88), lines.at(3).substr(88)};
+  };
+  EXPECT_THAT(totals("V1", 1), ElementsAre("      0.000", "      7.500", "     30.000"));
+  EXPECT_THAT(totals("V1", 2), ElementsAre("      0.000", "      0.000", "     30.000"));
+  EXPECT_THAT(totals("B1", 0), ElementsAre("      0.000", "      0.000", "     30.000"));
+}
+
 TEST_F(AccumulationTest, DirectAreasBeginAgainBelowABranching) {
   fill_system_logic({{"N1", {}, {"V1"}},
                      {"V1", {"N1"}, {"T1", "T2"}},

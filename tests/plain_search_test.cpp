@@ -25,6 +25,7 @@
 #include "runtime/units.h"
 #include "tests/dice.h"
 #include "tests/memory_host.h"
+#include "tests/plain_search.h"
 #include "tests/variant_files.h"
 
 namespace {
@@ -34,68 +35,18 @@ using m_System::inflow_slots;
 using m_System::outflow_slots;
 using m_System::system_logic;
 using m_System::TypeOrdinal;
+using plain_search::MarkOf;
+using plain_search::plain_find;
+using plain_search::PlainFile;
+using plain_search::PlainFind;
 using runtime::columns;
 using variant_files::columns_line;
 using variant_files::Element;
 using variant_files::Lines;
 using variant_files::Network;
 
-constexpr std::size_t search_width = 500;
-
 std::string numbered(std::string_view prefix, std::size_t number) {
   return std::string(prefix).append(std::to_string(number));
-}
-
-// A file as its records, read one after the other.
-class PlainFile {
- public:
-  explicit PlainFile(std::string_view bytes) {
-    while (!bytes.empty()) {
-      const std::size_t end = std::min(bytes.find_first_of("\r\n"), bytes.size());
-      records_.emplace_back(bytes.substr(0, std::min(end, search_width)));
-      const bool two = bytes.substr(end).starts_with("\r\n");
-      bytes.remove_prefix(std::min(end + (two ? 2 : 1), bytes.size()));
-    }
-  }
-
-  std::optional<std::string> read() {
-    if (next_ == records_.size()) return std::nullopt;
-    return records_[next_++];
-  }
-  void rewind() { next_ = 0; }
-  [[nodiscard]] std::size_t place() const { return next_; }
-  [[nodiscard]] const Lines& records() const { return records_; }
-
- private:
-  Lines records_;
-  std::size_t next_ = 0;
-};
-
-struct PlainFind {
-  std::optional<std::string> line;
-  std::int32_t last_mark = 0;
-};
-
-using MarkOf = std::int32_t (*)(std::string_view line);
-
-PlainFind plain_find(PlainFile& file, const ElementName& name, MarkOf mark_of) {
-  PlainFind result;
-  bool second_pass = false;
-  while (true) {
-    const auto line = file.read();
-    if (!line) {
-      if (second_pass) return result;
-      second_pass = true;
-      file.rewind();
-      continue;
-    }
-    const std::int32_t mark = mark_of == nullptr ? 0 : mark_of(*line);
-    if (mark != 0) result.last_mark = mark;
-    if (columns<4, 8>(*line) == name) {
-      result.line = line;
-      return result;
-    }
-  }
 }
 
 // Lines that change something for the records behind them; here the mark is the digit behind an "@".
@@ -195,7 +146,7 @@ class PlainSearch : public testing::Test {
 
 // The file stands where the plain search stands: it reads on from there to the end.
 void expect_same_place(PlainFile plain) {
-  runtime::LineReader reader(file_unit, search_width);
+  runtime::LineReader reader(file_unit, plain_search::record_width);
   const runtime::RecordPosition before = reader.position();
   std::string_view line;
   while (const auto expected = plain.read()) {

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
-#include <iterator>
-#include <utility>
+#include <ranges>
+#include <span>
+#include <vector>
+
+#include "KV_Schau/network/flow.h"
 
 namespace schau::compare {
 namespace {
@@ -12,38 +16,43 @@ namespace {
 using network::Element;
 using variant::NameKey;
 
-// The changes that come down to an element: the first ones of the sorted list, which have the largest
-// effects.
-class Set {
+// A change that comes down to an element, and how much area it brings or takes away there, km².
+struct Share {
+  std::uint32_t change = 0;
+  float area = 0.0F;
+};
+
+// Those of the first changes in the sorted list, which have the largest effects.
+class Shares {
  public:
-  void add(std::uint32_t change) {
-    const auto end = ids_.begin() + count_;
-    const auto place = std::lower_bound(ids_.begin(), end, change);
-    if (place != end && *place == change) return;
-    if (place == ids_.end()) {
-      has_more_ = true;
+  void add(std::uint32_t change, float area) {
+    Share* const end = shares_.data() + count_;
+    Share* const place =
+        std::lower_bound(shares_.data(), end, change,
+                         [](const Share& share, std::uint32_t number) { return share.change < number; });
+    if (place != end && place->change == change) {
+      place->area += area;
       return;
     }
-    if (count_ == ids_.size()) {
+    if (count_ == shares_.size()) {
       has_more_ = true;
+      if (place == end) return;
     } else {
       ++count_;
     }
-    std::move_backward(place, ids_.begin() + count_ - 1, ids_.begin() + count_);
-    *place = change;
+    std::move_backward(place, shares_.data() + count_ - 1, shares_.data() + count_);
+    *place = {change, area};
   }
-  void add(const Set& other) {
-    for (std::size_t k = 0; k < other.count_; ++k) add(other.ids_.at(k));
+  void add(const Shares& other, float fraction) {
+    for (const Share& share : other.all()) add(share.change, share.area * fraction);
     has_more_ = has_more_ || other.has_more_;
   }
 
-  [[nodiscard]] const std::uint32_t* begin() const { return ids_.data(); }
-  [[nodiscard]] const std::uint32_t* end() const { return ids_.data() + count_; }
-  [[nodiscard]] bool has(std::uint32_t change) const { return std::binary_search(begin(), end(), change); }
+  [[nodiscard]] std::span<const Share> all() const { return std::span(shares_).first(count_); }
   [[nodiscard]] bool has_more() const { return has_more_; }
 
  private:
-  std::array<std::uint32_t, most_causes> ids_{};
+  std::array<Share, most_causes> shares_{};
   std::uint8_t count_ = 0;
   bool has_more_ = false;
 };
@@ -54,16 +63,16 @@ enum class Side : std::uint8_t { older, newer };
 class Descent {
  public:
   Descent(const Comparison& comparison, const Results& results, Side side)
-      : comparison_(comparison), results_(results), sets_(results.network.count() + 1) {
-    gather_starts(side);
-    std::vector<bool> is_visited(sets_.size(), false);
+      : comparison_(comparison), results_(results), side_(side), shares_(results.network.count() + 1) {
+    gather_starts();
+    std::vector<bool> is_visited(shares_.size(), false);
     for (const Element i : results.order) {
       is_visited[i] = true;
       visit(i, is_visited);
     }
   }
 
-  [[nodiscard]] const Set& of(Element element) const { return sets_[element]; }
+  [[nodiscard]] const Shares& of(Element element) const { return shares_[element]; }
 
  private:
   struct Start {
@@ -71,10 +80,10 @@ class Descent {
     std::uint32_t change;
   };
 
-  void gather_starts(Side side) {
+  void gather_starts() {
     for (std::uint32_t k = 0; k < comparison_.changes.size(); ++k) {
       const Change& change = comparison_.changes[k];
-      const Element element = side == Side::older ? change.old_element : change.new_element;
+      const Element element = side_ == Side::older ? change.old_element : change.new_element;
       if (element != 0 && change.effect > 0.0) starts_.push_back({element, k});
     }
     std::ranges::stable_sort(starts_, {}, &Start::element);
@@ -82,13 +91,18 @@ class Descent {
 
   void visit(Element i, const std::vector<bool>& is_visited) {
     for (const Start& start : starts_at(i)) {
-      if (comparison_.changes[start.change].links_are_inflows) sets_[i].add(start.change);
+      const Change& change = comparison_.changes[start.change];
+      const bool begins_here = change.links_are_inflows && side_ == Side::newer;
+      if (begins_here) shares_[i].add(start.change, signed_area(change));
     }
     for (const Element j : results_.network.inflow[i]) {
       if (j == 0 || !is_visited[j] || j == i) continue;
-      sets_[i].add(sets_[j]);
+      const auto part = static_cast<float>(
+          network::part_passed_on(results_.variant, results_.network, results_.taken, j, i));
+      shares_[i].add(shares_[j], part);
       for (const Start& start : starts_at(j)) {
-        if (comes_down(comparison_.changes[start.change], i)) sets_[i].add(start.change);
+        const Change& change = comparison_.changes[start.change];
+        if (comes_down(change, i)) shares_[i].add(start.change, area_passed_on(change, j, i, part));
       }
     }
   }
@@ -110,29 +124,57 @@ class Descent {
     return false;
   }
 
+  // What the older variant had is taken away, what the newer one has is brought.
+  [[nodiscard]] float signed_area(const Change& change) const {
+    return static_cast<float>(side_ == Side::older ? -change.effect : change.effect);
+  }
+
+  [[nodiscard]] float area_passed_on(const Change& change, Element from, Element to, float part) const {
+    const bool changes_links = change.kind != ChangeKind::input || change.input == Input::code;
+    if (changes_links) return signed_area(change) * part;
+    if (side_ == Side::older) return 0.0F;
+    // What one arm gets more the other one gets less.
+    const bool is_second_arm = change.input == Input::share && results_.network.outflow[from][0] != to;
+    return is_second_arm ? -signed_area(change) : signed_area(change);
+  }
+
   const Comparison& comparison_;
   const Results& results_;
+  Side side_;
   std::vector<Start> starts_;  // by element
-  std::vector<Set> sets_;
+  std::vector<Shares> shares_;
 };
 
-// Below the place where the old and the new way of a moved element meet it is not a cause. Such changes are
-// named only where there are no others.
-void take_causes(const Comparison& comparison, ReachChange& reach, const Set& old_set, const Set& new_set) {
-  const auto is_idle = [&](std::uint32_t position) {
-    const Change& change = comparison.changes[position];
-    const bool meets_again =
-        change.kind == ChangeKind::moved && old_set.has(position) && new_set.has(position);
-    return meets_again || change.is_link_only;
+// The shares of both ways, those of one change added up.
+std::vector<Share> joined(const Shares& old_shares, const Shares& new_shares) {
+  std::vector<Share> all(old_shares.all().begin(), old_shares.all().end());
+  all.insert(all.end(), new_shares.all().begin(), new_shares.all().end());
+  std::ranges::stable_sort(all, {}, &Share::change);
+  std::vector<Share> sums;
+  for (const Share& share : all) {
+    if (!sums.empty() && sums.back().change == share.change) {
+      sums.back().area += share.area;
+    } else {
+      sums.push_back(share);
+    }
+  }
+  return sums;
+}
+
+// What brings and takes away the same is not a cause: below the place where the arms of a branching, or the
+// old and the new way of an element, meet again. Such changes are named only where there are no others.
+void take_causes(const Comparison& comparison, ReachChange& reach, const Shares& old_shares,
+                 const Shares& new_shares) {
+  const auto is_idle = [&](const Share& share) {
+    constexpr double rounding = 1e-4;
+    const Change& change = comparison.changes[share.change];
+    return change.is_link_only || std::abs(static_cast<double>(share.area)) <= rounding * change.effect;
   };
-  std::vector<std::uint32_t> all;
-  std::ranges::set_union(old_set, new_set, std::back_inserter(all));
-  std::vector<std::uint32_t> causes;
-  std::ranges::remove_copy_if(all, std::back_inserter(causes), is_idle);
-  if (causes.empty()) causes = std::move(all);
-  reach.has_more_causes = old_set.has_more() || new_set.has_more() || causes.size() > most_causes;
+  std::vector<Share> causes = joined(old_shares, new_shares);
+  if (!std::ranges::all_of(causes, is_idle)) std::erase_if(causes, is_idle);
+  reach.has_more_causes = old_shares.has_more() || new_shares.has_more() || causes.size() > most_causes;
   causes.resize(std::min(causes.size(), most_causes));
-  reach.causes = std::move(causes);
+  for (const Share& share : causes) reach.causes.push_back(share.change);
 }
 
 }  // namespace

@@ -99,9 +99,9 @@ struct Comparison {
 /// the system file nor that of the inflows of an element is a difference. Linear in the files, but for
 /// sorting.
 ///
-/// Causes: a change counts where its element drains, and from there along the links down to the outlet. An
-/// element that was moved counts for the places that it reaches in one of the variants only; below the place
-/// where its old and its new way meet it changes nothing.
+/// Causes: what a change brings or takes away is followed along the links down to the outlet, divided as the
+/// totals are. It is a cause wherever something of it arrives: below the place where the arms of a branching
+/// with another share, or the old and the new way of an element, meet again it is none.
 Comparison compare(const variant::Variant& older, const variant::Variant& newer,
                    double tolerance = default_tolerance);
 

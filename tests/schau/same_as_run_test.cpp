@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "KV_Akum/KV_Akum.h"
 #include "KV_Schau/network/flow.h"
 #include "KV_Schau/network/network.h"
 #include "KV_Schau/network/order.h"
@@ -20,10 +21,13 @@
 #include "m_Einleiter/m_Einleiter.h"
 #include "m_Gerinne/m_Gerinne.h"
 #include "m_System/m_System.h"
+#include "runtime/units.h"
 #include "tests/dice.h"
 #include "tests/schau/bed.h"
 #include "tests/schau/clean_network.h"
 #include "tests/schau/mistakes.h"
+#include "tests/shown_text.h"
+#include "tests/test_files.h"
 #include "tests/variant_files.h"
 
 namespace schau_test {
@@ -63,9 +67,9 @@ Bed faulty_bed(Dice& dice) {
 void write_files(const Bed& bed) {
   for (const FileId file : {FileId::sys, FileId::nfl, FileId::kfl, FileId::trs, FileId::ver}) {
     if (!bed.is_missing(file))
-      variant_files::write_file("netz." + std::string(extension_of(file)), bed.bytes(file));
+      test_files::write_bytes("v." + std::string(extension_of(file)), bed.bytes(file));
   }
-  variant_files::write_file("fehlercode.ex", all_codes);
+  test_files::write_bytes("fehlercode.ex", all_codes);
 }
 
 std::vector<Element> links_of_run(std::int32_t i, bool inflows) {
@@ -160,7 +164,7 @@ double number_in(std::string_view line, std::size_t column, std::size_t width) {
 
 // The totals of the reaches in the result of the run. Continuation lines begin with blanks.
 void expect_same_totals(const schau::variant::Variant& variant, const schau::network::Flow& flow) {
-  const variant_files::Lines lines = variant_files::written_lines("netz.Akum");
+  const variant_files::Lines lines = variant_files::written_lines("v.Akum");
   std::size_t row = 6;
   for (Element i = 1; i <= variant.element_count(); ++i) {
     if (variant.type(i) != 'T') continue;
@@ -188,6 +192,14 @@ bool stands_in_order(const std::vector<Element>& order) {
   return std::ranges::is_sorted(order);
 }
 
+void run() {
+  const ShownText shown;
+  variant_files::start_protocol();
+  KV_Akum::ReadAllInputs("v");
+  KV_Akum::AccumulateAreas("v");
+  runtime::close_all();
+}
+
 struct Compared {
   std::size_t networks = 0;
   std::size_t values = 0;
@@ -195,9 +207,9 @@ struct Compared {
 };
 
 void compare_with_run(const Bed& bed, Compared& compared) {
-  const variant_files::WorkingFolder folder;
+  const variant_files::FreshRun folder;
   write_files(bed);
-  const variant_files::RunResult shown = variant_files::run_variant("netz");
+  run();
   const schau::variant::Variant variant = bed.variant();
   if (!variant.lines_behind_end.empty() || variant.element_count() == 0) return;
   const schau::network::Network network = schau::network::link(variant);

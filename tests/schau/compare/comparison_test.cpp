@@ -172,8 +172,8 @@ TEST(Causes, lie_upstream) {
   newer.put(FileId::ver, 2, 16, " 60.0");
   newer.put(FileId::nfl, 5, 11, "260.0");
   EXPECT_THAT(causes_of(comparison_of(Bed(), newer)),
-              ElementsAre("T0020: V0010 (Anteil)", "T0030: V0010 (Anteil)",
-                          "T0040: V0010 (Anteil) N0020 (Fläche)", "T0050: V0010 (Anteil) N0020 (Fläche)"));
+              ElementsAre("T0020: V0010 (Anteil)", "T0030: V0010 (Anteil)", "T0040: N0020 (Fläche)",
+                          "T0050: N0020 (Fläche)"));
 }
 
 TEST(Causes, of_a_moved_element_end_where_its_ways_meet) {

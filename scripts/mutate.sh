@@ -1,0 +1,7 @@
+#!/usr/bin/env bash
+# Changes the program in one place at a time and asks whether a test notices; see docs/mutation.md.
+#   scripts/mutate.sh [--seed S] [--count N] [--only FILES] [--jobs J] [--survivors] [--report]
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+scripts/install-tools.sh g++ cmake ninja-build ccache python3 git libgtest-dev libgmock-dev libbenchmark-dev >&2
+exec nice -n 19 python3 scripts/mutate.py "$@"

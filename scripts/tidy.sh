@@ -1,0 +1,93 @@
+#!/usr/bin/env bash
+# clang-tidy over the sources that changed since the commit that scripts/tidy-clean-at names: themselves, or a
+# header that they include. Over all sources when that commit is not in the history, or .clang-tidy changed.
+#   scripts/tidy.sh          what changed
+#   scripts/tidy.sh --all    all; clean, with everything committed, the commit is written to scripts/tidy-clean-at
+# The preset release must have been built: ninja has recorded the headers of each source there.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+case "${1:-}" in
+  "" | --all) ;;
+  *)
+    echo "usage: ${0##*/} [--all]" >&2
+    exit 2
+    ;;
+esac
+
+build=build/release
+record=scripts/tidy-clean-at
+
+# The sources of the compile database, one a line, as paths in the project.
+compiled_sources() {
+  sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' "$build/compile_commands.json" | sort -u | sed "s|^$PWD/||"
+}
+
+# Each source and file of the project that it includes, itself too, one pair a line with a tab between them.
+# Headers are included through the links that show a room to those that may use it.
+recorded_includes() {
+  ninja -C "$build" -t deps |
+    sed -e 's|^\( *\).*/rooms/[^/]*/|\1|' -e "s|^\( *\)$PWD/|\1|" |
+    awk '/^[^ ].*: #deps/ { source = ""; next }
+         /^ / { sub(/^ +/, ""); if (/^\//) next; if (source == "") source = $0; print source "\t" $0 }'
+}
+
+known_clean() {
+  local commit
+  commit=$(cat "$record" 2>/dev/null) || return 1
+  git merge-base --is-ancestor "$commit" HEAD 2>/dev/null || return 1
+  git diff --quiet "$commit" -- .clang-tidy || return 1
+  echo "$commit"
+}
+
+# The sources to look at when only what changed since the commit counts.
+changed_sources() {
+  {
+    git diff --name-only "$1" --
+    git ls-files --others --exclude-standard
+  } | sort -u >"$work/changed"
+  recorded_includes >"$work/includes"
+  awk -F '\t' 'NR == FNR { changed[$0]; next } $2 in changed { print $1 }' "$work/changed" "$work/includes"
+  # A source that ninja knows nothing about yet may be anything.
+  compiled_sources | awk -F '\t' 'NR == FNR { known[$1]; next } !($0 in known)' "$work/includes" -
+}
+
+# clang-tidy counts suppressed warnings of system headers on every run; only a finding is worth reading.
+tidy() {
+  local report
+  if ! report=$(clang-tidy --quiet -p "$1" "$2" 2>&1); then
+    printf '%s\n' "$report"
+    return 1
+  fi
+}
+export -f tidy
+
+work=$(mktemp -d "${TMPDIR:-/tmp}/kv_tidy.XXXXXX")
+trap 'rm -rf "$work"' EXIT
+
+compiled_sources >"$work/all"
+[ -s "$work/all" ] || {
+  echo "The compile database names no source." >&2
+  exit 1
+}
+
+if [ "${1:-}" != --all ] && commit=$(known_clean); then
+  changed_sources "$commit" | sort -u | comm -12 - "$work/all" >"$work/sources"
+  since=" since $(git rev-parse --short "$commit")"
+else
+  cp "$work/all" "$work/sources"
+  since=""
+fi
+echo "$(wc -l <"$work/sources") of $(wc -l <"$work/all") sources$since"
+
+# shellcheck disable=SC2016 # the arguments are for the inner shell
+xargs -r -d '\n' -n 1 -P "$(nproc)" bash -c 'tidy "$@"' tidy "$build" <"$work/sources"
+
+if [ "${1:-}" = --all ]; then
+  if [ -z "$(git status --porcelain)" ]; then
+    git rev-parse HEAD >"$record"
+    echo "clean at $(cat "$record"), recorded in $record"
+  else
+    echo "clean, but not recorded: there are changes that are not committed"
+  fi
+fi
