@@ -7,7 +7,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 scripts/install-tools.sh g++ clang libclang-rt-dev cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev \
   clang-format clang-tidy cppcheck git libcli11-dev libfmt-dev nlohmann-json3-dev \
-  libboost1.81-dev
+  libboost1.81-dev libkainjow-mustache-dev librsvg2-bin
 
 # Runs a step: its name, then the command.
 step() {

@@ -10,7 +10,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -209,6 +211,16 @@ void expect_straight_stems(const DrawnPlan& drawn) {
   }
 }
 
+void expect_every_link_drawn(const DrawnPlan& drawn) {
+  std::set<std::pair<Element, Element>> lines;
+  for (const PlanLine& line : drawn.plan.lines) lines.emplace(line.from, line.to);
+  for (Element i = 1; i <= drawn.variant.element_count(); ++i) {
+    for (const Element inflow : drawn.checked.network.inflow[i]) {
+      if (inflow != 0) EXPECT_TRUE(lines.contains({inflow, i})) << name_in(drawn, inflow);
+    }
+  }
+}
+
 std::vector<TreeShape> shapes() {
   std::vector<TreeShape> shapes;
   for (const std::size_t sources : {1U, 2U, 5U, 12U, 40U, 100U}) {
@@ -254,6 +266,7 @@ TEST(PlanLayout, of_networks_with_branchings_has_no_overlap_and_no_lines_side_by
     const DrawnPlan drawn(network.bed.variant());
     SCOPED_TRACE(seed);
     EXPECT_EQ(drawn.plan.nodes.size(), drawn.variant.element_count());
+    expect_every_link_drawn(drawn);
     expect_sound(drawn);
     if (HasFailure()) return;
   }
@@ -292,6 +305,18 @@ TEST(PlanLayout, of_tangled_branchings_has_no_overlap_and_no_lines_side_by_side)
     expect_sound(drawn);
     if (HasFailure()) return;
   }
+}
+
+// Where arms would stretch the plan far beyond its length, the longest are told and not drawn.
+TEST(PlanLayout, of_many_long_arms_stays_in_proportion) {
+  Dice dice(5);
+  const DrawnPlan drawn(tangle(dice, 1500).variant(), {.unfold_sources = true});
+  expect_sound(drawn);
+  const auto is_told = [](const schau::plan::TextLine& line) { return line.text.starts_with("weiter bei "); };
+  std::size_t told = 0;
+  for (const PlanNode& node : drawn.plan.nodes) told += std::ranges::any_of(node.label, is_told) ? 1U : 0U;
+  EXPECT_GT(told, 100U);
+  EXPECT_LT(told, 750U);
 }
 
 // Of faulty networks every element is drawn once all the same.
