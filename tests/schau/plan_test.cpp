@@ -234,7 +234,7 @@ void collect_texts(const boost::property_tree::ptree& tree, std::vector<std::str
 
 TEST(PlanFile, is_xml_whatever_names_hold) {
   Bed bed;
-  bed.line(FileId::sys, 5).replace(16, 17, "</g><&\"'>&amp;\x01\x81");
+  bed.put(FileId::sys, 5, 17, "</g><&\"'>&amp;\x01\x81");
   bed.name = "<netz & 'mehr'>";
   const DrawnPlan drawn(bed.variant());
   std::vector<std::string> texts;

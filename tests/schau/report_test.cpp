@@ -19,7 +19,6 @@ using schau::findings::Severity;
 using schau::report::FindingEntry;
 using schau::report::Report;
 using schau_test::Bed;
-using schau_test::bytes_of;
 using schau_test::DrawnPlan;
 using schau_test::FileId;
 using testing::ElementsAre;
@@ -29,7 +28,7 @@ using testing::Not;
 using testing::Pair;
 
 Report report_on(const Bed& bed) {
-  return report_of(DrawnPlan(bed.variant()).facts);
+  return schau::report::report_of(DrawnPlan(bed.variant()).facts);
 }
 
 std::size_t count_of(std::string_view text, std::string_view part) {
@@ -150,7 +149,7 @@ TEST(Page, shows_hostile_names_as_they_are) {
   for (const char* name :
        {"</script><b>&\"'", "<svg onload=s=1>", "{{{css}}}{{title}", "--><!--<script>", "]]></title>&lt;"}) {
     Bed bed;
-    bed.line(FileId::sys, 5).replace(16, 17, bytes_of(fmt::format("{:17}", name)));
+    bed.put(FileId::sys, 5, 17, name);
     bed.line(FileId::kfl, 1) = fmt::format("   K0010  1,5 {}", name);
     bed.name = name;
     const std::string html = to_html(report_on(bed));
