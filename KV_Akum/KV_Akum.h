@@ -57,6 +57,10 @@ void AccumulateAreas(std::string_view variant_name);
 /// returns otherwise. The exit status carries no result.
 void ProgramDriver();
 
+/// Runs the main program with the arguments of the process and ends it, exit status 0. Memory that runs out
+/// is told on standard error.
+[[noreturn]] void RunProgram(int argument_count, const char* const* arguments);
+
 /// Puts the module back into its state at the start of the program. For tests.
 void reset();
 

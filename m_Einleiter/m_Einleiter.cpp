@@ -67,9 +67,13 @@ void read_source(m_System::CompanionFile& file, const m_System::ElementLine& sou
   }
 }
 
-// The tables of both files are made by the first of the two readers.
+// The tables of both files are made by the first of the two readers. When there was no memory for them and a
+// suppressed code has lowered the level since, there still is none.
 std::int32_t allocate_unless_natural_areas_were_read() {
-  return filled_tables.natural_count == 0 ? AllocateSourceTables() : 0;
+  const SourceTables& tables = filled_tables;
+  if (tables.natural_count == 0) return AllocateSourceTables();
+  const bool ready = tables.area.size() > 0 && tables.sealing.size() > 0;
+  return ready ? 0 : m_WLM_error::allocation_failed;
 }
 
 }  // namespace

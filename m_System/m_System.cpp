@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <new>
 
 #include "m_System/filled_tables.h"
 #include "m_System/name_index.h"
@@ -19,12 +20,6 @@ void take_ordinals(char letter, runtime::OneBased<std::int32_t>& counts) {
     if (system_logic.type.at(i) == letter) ++count;
     counts.at(i) = count;
   }
-}
-
-std::int32_t counted_ordinal(char letter, std::int32_t i) {
-  std::int32_t count = 0;
-  for (std::int32_t j = 1; j <= i; ++j) count += system_logic.type.at(j) == letter ? 1 : 0;
-  return count;
 }
 
 template <class T>
@@ -48,7 +43,7 @@ std::int32_t TypeOrdinal(char letter, std::int32_t i) {
   const std::int32_t last = std::min(i, system_logic.element_count);
   runtime::OneBased<std::int32_t>& counts = ordinals[letter];
   if (counts.size() == 0) {
-    if (!counts.allocate_zeroed(system_logic.element_count)) return counted_ordinal(letter, last);
+    if (!counts.allocate_zeroed(system_logic.element_count)) throw std::bad_alloc();
     take_ordinals(letter, counts);
   }
   return counts.at(last);

@@ -47,7 +47,8 @@ extern const SystemLogic& system_logic;
 std::int32_t ElementIndex(std::string_view name);
 
 /// The number of elements of a type among the positions 1 .. i; 0 when i < 1; i beyond N counts as N.
-/// A letter's running counts are taken at its first call after the table was filled.
+/// A letter's running counts are taken at its first call after the table was filled; when there is no memory
+/// for them, `std::bad_alloc` is thrown.
 std::int32_t TypeOrdinal(char letter, std::int32_t i);
 
 /// Sets N from the total count and allocates all tables, texts blank and numbers 0. Returns 0, or

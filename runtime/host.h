@@ -41,8 +41,8 @@ class Host {
   [[nodiscard]] virtual const char* line_end() const = 0;
 
   /// The facts of what stands under a path; links are followed. Kind `none` when nothing can be found there,
-  /// or nothing where a link leads.
-  virtual FileFacts look(const std::string& path) = 0;
+  /// or nothing where a link leads, and also when the host cannot tell: then with a reason.
+  virtual FileFacts look(const std::string& path, std::error_code& reason) = 0;
   /// A handle above those of the standard streams, or -1. Never waits, whatever stands under the path.
   virtual int open(const std::string& path, Access access, std::error_code& reason) = 0;
   /// False when the facts cannot be had.
@@ -58,8 +58,8 @@ class Host {
   /// False when the system reports that written bytes are lost.
   virtual bool close(int handle, std::error_code& reason) = 0;
   virtual bool remove(const std::string& path, std::error_code& reason) = 0;
-  /// A new file in the folder of that path, with the rights of the file that stands there. No handle when it
-  /// cannot be created.
+  /// A new file in the folder of that path, with the owner and the rights of the file that stands there. No
+  /// handle when it cannot be created or cannot have them.
   virtual Successor create_successor(const std::string& path, std::error_code& reason) = 0;
   /// Closes the new file and gives it that path in the place of what stands there. False on a fault: the new
   /// file is gone then and the old one stands as it was.

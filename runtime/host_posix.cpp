@@ -34,6 +34,10 @@ FileFacts facts_of(const struct stat& status) {
           .linked = status.st_nlink > 1};
 }
 
+bool nothing_can_be_found() {
+  return errno == ENOENT || errno == ENOTDIR || errno == EACCES || errno == ELOOP || errno == ENAMETOOLONG;
+}
+
 int flags_of(Access access) {
   switch (access) {
     case Access::read:
@@ -72,6 +76,7 @@ int open_above_standard_streams(const std::string& path, int flags) {
   const int above = ::fcntl(handle, F_DUPFD_CLOEXEC, standard_error_handle + 1);
   const int reason = errno;
   ::close(handle);
+  if (above < 0 && (flags & O_EXCL) != 0) ::unlink(path.c_str());
   errno = reason;
   return above;
 }
@@ -81,10 +86,33 @@ std::string folder_of(const std::string& path) {
   return last == std::string::npos ? "." : path.substr(0, last + 1);
 }
 
-// Tells apart the runs that write into one folder at the same time. What stands there already was left by a
-// run that is no more.
-std::string own_name_beside(const std::string& path) {
-  return path + "." + std::to_string(::getpid()) + ".neu";
+// The n-th name beside a file for the one that is to take its place.
+std::string own_name_beside(const std::string& path, int n) {
+  std::string name(path);
+  name.append(".").append(std::to_string(::getpid()));
+  if (n > 0) name.append("-").append(std::to_string(n));
+  return name.append(".neu");
+}
+
+// Takes the first such name that is free. On another machine, or before, another run may have had the same
+// process number. Empty when no name can be taken.
+template <class Take>
+std::string take_own_name_beside(const std::string& path, Take take) {
+  constexpr int most_names = 1000;
+  for (int n = 0; n < most_names; ++n) {
+    std::string name = own_name_beside(path, n);
+    if (take(name)) return name;
+    if (errno != EEXIST) break;
+  }
+  return {};
+}
+
+bool has_room_for_own_name(const std::string& path) {
+  const std::string name = own_name_beside(path, 0);
+  const std::size_t last = name.rfind('/');
+  const std::size_t length = last == std::string::npos ? name.size() : name.size() - last - 1;
+  const long most = ::pathconf(folder_of(path).c_str(), _PC_NAME_MAX);
+  return most < 0 || length <= static_cast<std::size_t>(most);
 }
 
 // A file without a name can be given one by its place among the open files.
@@ -102,10 +130,33 @@ int create_without_name([[maybe_unused]] const std::string& path) {
   return -1;
 }
 
-void keep_rights(int handle, const std::string& path) {
+Successor create_with_name(const std::string& path) {
+  Successor successor;
+  successor.path = take_own_name_beside(path, [&](const std::string& name) {
+    successor.handle = open_above_standard_streams(name, O_RDWR | O_CREAT | O_EXCL);
+    return successor.handle >= 0;
+  });
+  return successor;
+}
+
+// The name that a file without one has got beside the path; empty when it cannot have any.
+std::string give_name_beside(const std::string& path, int handle) {
+  const std::string place = place_of(handle);
+  return take_own_name_beside(path, [&](const std::string& name) {
+    return ::linkat(AT_FDCWD, place.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+  });
+}
+
+// Whoever may read or write the old file may do so with the new one. False when that cannot be had.
+bool take_over_rights(int handle, const std::string& path) {
   constexpr mode_t rights = S_IRWXU | S_IRWXG | S_IRWXO;
+  struct stat old {};
   struct stat status {};
-  if (::stat(path.c_str(), &status) == 0) ::fchmod(handle, status.st_mode & rights);
+  if (::stat(path.c_str(), &old) != 0) return errno == ENOENT;
+  if (::fstat(handle, &status) != 0) return false;
+  const bool same_owner = old.st_uid == status.st_uid && old.st_gid == status.st_gid;
+  if (!same_owner && ::fchown(handle, old.st_uid, old.st_gid) != 0) return false;
+  return ::fchmod(handle, old.st_mode & rights) == 0;
 }
 
 bool waited_for_room(int handle) {
@@ -118,11 +169,19 @@ class PosixHost final : public Host {
   [[nodiscard]] char separator() const override { return '/'; }
   [[nodiscard]] const char* line_end() const override { return "\n"; }
 
-  FileFacts look(const std::string& path) override {
+  FileFacts look(const std::string& path, std::error_code& reason) override {
     struct stat status {};
     FileFacts facts;
-    if (::stat(path.c_str(), &status) == 0) facts = facts_of(status);
-    if (::lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode)) facts.linked = true;
+    if (::stat(path.c_str(), &status) == 0) {
+      facts = facts_of(status);
+    } else if (!nothing_can_be_found()) {
+      reason = last_error();
+    }
+    if (::lstat(path.c_str(), &status) == 0) {
+      if (S_ISLNK(status.st_mode)) facts.linked = true;
+    } else if (!nothing_can_be_found()) {
+      reason = last_error();
+    }
     return facts;
   }
 
@@ -187,38 +246,37 @@ class PosixHost final : public Host {
   }
 
   Successor create_successor(const std::string& path, std::error_code& reason) override {
-    Successor successor{.handle = create_without_name(path), .path = {}};
-    if (successor.handle < 0) {
-      successor.path = own_name_beside(path);
-      ::unlink(successor.path.c_str());
-      successor.handle = open_above_standard_streams(successor.path, O_RDWR | O_CREAT | O_EXCL);
+    if (!has_room_for_own_name(path)) {
+      reason = std::make_error_code(std::errc::filename_too_long);
+      return {};
     }
+    Successor successor{.handle = create_without_name(path), .path = {}};
+    if (successor.handle < 0) successor = create_with_name(path);
     if (successor.handle < 0) {
       reason = last_error();
-    } else {
-      keep_rights(successor.handle, path);
+      return {};
+    }
+    if (!take_over_rights(successor.handle, path)) {
+      reason = std::make_error_code(std::errc::operation_not_permitted);
+      discard(successor);
+      return {};
     }
     return successor;
   }
 
   bool succeed(const Successor& successor, const std::string& path, std::error_code& reason) override {
-    std::string named = successor.path;
-    if (named.empty()) {
-      named = own_name_beside(path);
-      ::unlink(named.c_str());
-      if (::linkat(AT_FDCWD, place_of(successor.handle).c_str(), AT_FDCWD, named.c_str(),
-                   AT_SYMLINK_FOLLOW) != 0) {
-        reason = last_error();
-        std::error_code ignored;
-        close(successor.handle, ignored);
-        return false;
-      }
+    const std::string given = successor.path.empty() ? give_name_beside(path, successor.handle) : "";
+    const std::string& name = successor.path.empty() ? given : successor.path;
+    if (name.empty()) {
+      reason = last_error();
+      discard(successor);
+      return false;
     }
     if (close(successor.handle, reason)) {
-      if (::rename(named.c_str(), path.c_str()) == 0) return true;
+      if (::rename(name.c_str(), path.c_str()) == 0) return true;
       reason = last_error();
     }
-    ::unlink(named.c_str());
+    ::unlink(name.c_str());
     return false;
   }
 

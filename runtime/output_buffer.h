@@ -12,6 +12,9 @@ namespace runtime {
 /// it is not filled before.
 class OutputBuffer {
  public:
+  /// So much is had at once, for one block and a long record: what is written later asks for no more.
+  static constexpr std::size_t least_capacity = (std::size_t{1} << 18U) + (std::size_t{1} << 16U);
+
   [[nodiscard]] const char* data() const { return bytes_.get(); }
   [[nodiscard]] std::size_t size() const { return size_; }
   void clear() { size_ = 0; }
@@ -31,10 +34,8 @@ class OutputBuffer {
   }
 
  private:
-  static constexpr std::size_t least_growth = std::size_t{1} << 16U;
-
   void grow(std::size_t count) {
-    const std::size_t capacity = std::max(size_ + count, capacity_ + std::max(capacity_, least_growth));
+    const std::size_t capacity = std::max(size_ + count, capacity_ + std::max(capacity_, least_capacity));
     std::unique_ptr<char[]> bytes(new char[capacity]);
     std::copy_n(bytes_.get(), size_, bytes.get());
     bytes_ = std::move(bytes);

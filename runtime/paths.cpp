@@ -2,10 +2,14 @@
 
 #include <algorithm>
 
+#include "runtime/cp1252.h"
 #include "runtime/fixed_text.h"
-#include "runtime/host.h"
+#include "runtime/stop.h"
 
 namespace runtime {
+
+using namespace literals;
+
 namespace {
 
 constexpr char suite_separator = '\\';
@@ -23,13 +27,13 @@ std::string with_host_separators(std::string_view text) {
 }
 
 bool exists(const std::string& path) {
-  return host().look(path).kind != FileKind::none;
+  return facts_at(path).kind != FileKind::none;
 }
 
 bool folder_exists(const std::string& path) {
   const std::size_t last = path.rfind(host().separator());
   if (last == std::string::npos) return false;
-  return host().look(path.substr(0, last + 1)).kind == FileKind::folder;
+  return facts_at(path.substr(0, last + 1)).kind == FileKind::folder;
 }
 
 std::string folder_part(std::string_view text) {
@@ -38,6 +42,13 @@ std::string folder_part(std::string_view text) {
 }
 
 }  // namespace
+
+FileFacts facts_at(const std::string& path) {
+  std::error_code reason;
+  const FileFacts facts = host().look(path, reason);
+  if (reason) stop_on_io_error("Prüfen"_w1252, path, reason);
+  return facts;
+}
 
 std::string path_of_existing(std::string_view text) {
   std::string as_it_stands(trimmed(text));

@@ -3,7 +3,13 @@
 #include <string>
 #include <string_view>
 
+#include "runtime/host.h"
+
 namespace runtime {
+
+/// The facts of what stands under a path of the host; links are followed. Kind `none` when nothing can be
+/// found there; a host that cannot tell is an I/O error, for what is taken for absent would be lost.
+FileFacts facts_at(const std::string& path);
 
 /// The host's path of a file that a text of the suite names. The suite separates folders with the
 /// backslash; a text is first tried as it stands and, when nothing stands there and the host separates

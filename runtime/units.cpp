@@ -38,15 +38,21 @@ Connections standard_units() {
   return units;
 }
 
-Connections connections = standard_units();
+// Made at the first use: what fails before the program begins could not be told.
+Connections& connections() {
+  static Connections units = standard_units();
+  return units;
+}
 
-std::vector<FileFacts> protected_files;
+// Paths of files: what stands there counts, not what once stood there. The number of a file that is gone may
+// be that of a new one.
+std::vector<std::string> protected_files;
 int locked_handle = -1;
 
 // Null for a unit that is not connected.
 Connection* connection_of(int unit) {
   const auto place = static_cast<std::size_t>(unit);
-  return place < connections.size() ? connections[place].get() : nullptr;
+  return place < connections().size() ? connections()[place].get() : nullptr;
 }
 
 std::error_code reason_of(std::errc reason) {
@@ -63,7 +69,12 @@ bool same_file(const FileFacts& left, const FileFacts& right) {
 }
 
 bool is_protected(const FileFacts& facts) {
-  return std::ranges::any_of(protected_files, [&](const FileFacts& file) { return same_file(file, facts); });
+  return std::ranges::any_of(protected_files,
+                             [&](const std::string& path) { return same_file(facts_at(path), facts); });
+}
+
+void protect_file(const std::string& path) {
+  if (std::ranges::find(protected_files, path) == protected_files.end()) protected_files.push_back(path);
 }
 
 void release_lock() {
@@ -72,13 +83,27 @@ void release_lock() {
   locked_handle = -1;
 }
 
-// The unit that holds a file.
-std::optional<int> holder_of(const FileFacts& facts) {
-  const auto holder = std::ranges::find_if(connections, [&](const auto& connection) {
-    return connection != nullptr && same_file(connection->facts, facts);
+// A file that is complete stands where it was written, unless another run has put its own there.
+FileFacts facts_of(const Connection& connection) {
+  return connection.handle < 0 ? facts_at(connection.path) : connection.facts;
+}
+
+// The unit that holds a file, other than by the connection that is being made.
+std::optional<int> holder_of(const FileFacts& facts, const Connection* made = nullptr) {
+  const auto holder = std::ranges::find_if(connections(), [&](const auto& connection) {
+    const bool other = connection != nullptr && !connection->console && connection.get() != made;
+    return other && same_file(facts_of(*connection), facts);
   });
-  if (holder == connections.end()) return std::nullopt;
-  return static_cast<int>(holder - connections.begin());
+  if (holder == connections().end()) return std::nullopt;
+  return static_cast<int>(holder - connections().begin());
+}
+
+// Until it is complete, a whole file stands nowhere: only the path tells where it goes.
+bool is_written_whole(const std::string& path, const Connection* made) {
+  return std::ranges::any_of(connections(), [&](const auto& connection) {
+    const bool other = connection != nullptr && connection->successor && connection.get() != made;
+    return other && connection->path == path;
+  });
 }
 
 // Opening.
@@ -103,22 +128,22 @@ bool is_file(const FileFacts& facts, std::error_code& reason) {
 // A file that may only be read is connected all the same; the refusal is told by the first write.
 void open_or_read_only(Connection& connection, Access access, std::error_code& reason) {
   connection.handle = host().open(connection.path, access, reason);
-  if (connection.handle >= 0 || host().look(connection.path).kind != FileKind::file) return;
+  if (connection.handle >= 0 || facts_at(connection.path).kind != FileKind::file) return;
   connection.write_refused = reason;
   connection.handle = host().open(connection.path, Access::read, reason);
 }
 
 void open_input(Connection& connection, std::error_code& reason) {
-  if (!is_file(host().look(connection.path), reason)) return;
+  if (!is_file(facts_at(connection.path), reason)) return;
   connection.handle = host().open(connection.path, Access::read, reason);
 }
 
 void open_old(Connection& connection, std::error_code& reason) {
-  if (is_file(host().look(connection.path), reason)) open_or_read_only(connection, Access::update, reason);
+  if (is_file(facts_at(connection.path), reason)) open_or_read_only(connection, Access::update, reason);
 }
 
 void open_fresh(Connection& connection, std::error_code& reason) {
-  if (host().look(connection.path).kind == FileKind::none) {
+  if (facts_at(connection.path).kind == FileKind::none) {
     connection.handle = host().open(connection.path, Access::create, reason);
   } else {
     reason = reason_of(std::errc::file_exists);
@@ -138,7 +163,7 @@ bool folder_refuses(const std::error_code& reason) {
 // What exists must be a file that could be written itself.
 bool may_be_replaced(Connection& connection, const FileFacts& existing, std::error_code& reason) {
   if (is_protected(existing)) reason = reason_of(std::errc::operation_not_permitted);
-  if (holder_of(existing)) reason = reason_of(std::errc::device_or_resource_busy);
+  if (holder_of(existing, &connection)) reason = reason_of(std::errc::device_or_resource_busy);
   if (reason) return false;
   const int handle = host().open(connection.path, Access::update, reason);
   if (handle < 0) return false;
@@ -148,17 +173,17 @@ bool may_be_replaced(Connection& connection, const FileFacts& existing, std::err
 }
 
 void open_whole(Connection& connection, std::error_code& reason) {
-  const FileFacts existing = host().look(connection.path);
+  const FileFacts existing = facts_at(connection.path);
   const bool there = existing.kind == FileKind::file;
   if (existing.linked || (existing.kind != FileKind::none && !there)) return open_unknown(connection, reason);
   if (there && !may_be_replaced(connection, existing, reason)) return;
-  const Successor successor = host().create_successor(connection.path, reason);
+  Successor successor = host().create_successor(connection.path, reason);
   if (successor.handle < 0) {
     if (folder_refuses(reason)) open_unknown(connection, reason);
     return;
   }
   connection.handle = successor.handle;
-  connection.successor = successor;
+  connection.successor = std::move(successor);
 }
 
 void open_by_status(Connection& connection, OpenStatus status, std::error_code& reason) {
@@ -194,18 +219,25 @@ void abandon(Connection& connection) {
   connection.handle = -1;
 }
 
+// What was opened is looked at once more: it need not be what stood there before.
+bool may_be_held(Connection& connection, OpenStatus status, std::error_code& reason) {
+  if (!host().facts(connection.handle, connection.facts, reason)) return false;
+  if (status == OpenStatus::input && !is_file(connection.facts, reason)) return false;
+  const bool held =
+      holder_of(connection.facts, &connection) || is_written_whole(connection.path, &connection);
+  if (held) reason = reason_of(std::errc::device_or_resource_busy);
+  return !reason;
+}
+
 bool connect(Connection& connection, OpenStatus status, std::error_code& reason) {
   open_by_status(connection, status, reason);
   if (connection.handle < 0) return false;
   reason.clear();
-  if (host().facts(connection.handle, connection.facts, reason) && holder_of(connection.facts)) {
-    reason = reason_of(std::errc::device_or_resource_busy);
-  }
-  if (reason) {
+  if (!may_be_held(connection, status, reason)) {
     abandon(connection);
     return false;
   }
-  if (status == OpenStatus::input) protected_files.push_back(connection.facts);
+  if (status == OpenStatus::input) protect_file(connection.path);
   if (is_protected(connection.facts))
     connection.write_refused = reason_of(std::errc::operation_not_permitted);
   return true;
@@ -253,14 +285,16 @@ bool try_open(int unit, std::string_view path, OpenStatus status, std::error_cod
   if (unit < 0 || unit > highest_unit) reason = reason_of(std::errc::argument_out_of_domain);
   if (is_connected(unit)) reason = reason_of(std::errc::device_or_resource_busy);
   if (reason) return false;
-  auto connection = std::make_unique<Connection>();
-  connection->output.line_end = host().line_end();
-  connection->path = path_for(path, status);
-  if (!connect(*connection, status, reason)) return false;
   const auto place = static_cast<std::size_t>(unit);
-  if (place >= connections.size()) connections.resize(place + 1);
-  connections[place] = std::move(connection);
-  return true;
+  if (place >= connections().size()) connections().resize(place + 1);
+  // The unit has its connection before the file is opened: whatever ends the run then closes the file.
+  connections()[place] = std::make_unique<Connection>();
+  Connection& connection = *connections()[place];
+  connection.output.line_end = host().line_end();
+  connection.path = path_for(path, status);
+  if (connect(connection, status, reason)) return true;
+  connections()[place].reset();
+  return false;
 }
 
 bool try_open(int unit, std::string_view path, OpenStatus status) {
@@ -274,14 +308,14 @@ void open(int unit, std::string_view path, OpenStatus status) {
 }
 
 void protect(std::string_view path) {
-  const FileFacts facts = host().look(path_of_existing(path));
-  if (facts.kind == FileKind::file) protected_files.push_back(facts);
+  const std::string existing = path_of_existing(path);
+  if (facts_at(existing).kind == FileKind::file) protect_file(existing);
 }
 
 void lock(std::string_view path) {
   const std::string locked = path_of_existing(path);
   std::error_code reason;
-  if (host().look(locked).kind != FileKind::file) return;
+  if (facts_at(locked).kind != FileKind::file) return;
   release_lock();
   locked_handle = host().open(locked, Access::read, reason);
   if (locked_handle >= 0 && !host().lock(locked_handle, reason)) stop_on_io_error("Sperren", locked, reason);
@@ -295,7 +329,7 @@ void complete(int unit) {
 
 bool try_close(int unit, CloseStatus status, std::error_code& reason) {
   if (connection_of(unit) == nullptr || connection_of(unit)->console) return true;
-  const std::unique_ptr<Connection> connection = std::move(connections[static_cast<std::size_t>(unit)]);
+  const std::unique_ptr<Connection> connection = std::move(connections()[static_cast<std::size_t>(unit)]);
   return status == CloseStatus::remove ? remove(*connection, reason) : complete(*connection, reason);
 }
 
@@ -313,7 +347,7 @@ void close(int unit, CloseStatus status) {
 }
 
 void close_all() {
-  for (std::unique_ptr<Connection>& connection : connections) {
+  for (std::unique_ptr<Connection>& connection : connections()) {
     if (connection == nullptr) continue;
     std::error_code reason;
     if (connection->console) {
@@ -332,7 +366,7 @@ void close_all() {
 }
 
 void hand_over_files() {
-  for (const std::unique_ptr<Connection>& connection : connections) {
+  for (const std::unique_ptr<Connection>& connection : connections()) {
     if (connection != nullptr && !connection->console) hand_over_or_tell(*connection);
   }
 }
@@ -348,19 +382,19 @@ std::optional<std::string> connected_path(int unit) {
 }
 
 std::optional<int> unit_of(std::string_view path) {
-  return holder_of(host().look(path_of_existing(path)));
+  return holder_of(facts_at(path_of_existing(path)));
 }
 
 bool file_exists(std::string_view path) {
-  return host().look(path_of_existing(path)).kind != FileKind::none;
+  return facts_at(path_of_existing(path)).kind != FileKind::none;
 }
 
 bool is_regular_output(std::string_view path) {
-  return host().look(path_for_output(path)).kind == FileKind::file;
+  return facts_at(path_for_output(path)).kind == FileKind::file;
 }
 
 bool is_folder(std::string_view path) {
-  return host().look(path_of_existing(path)).kind == FileKind::folder;
+  return facts_at(path_of_existing(path)).kind == FileKind::folder;
 }
 
 }  // namespace runtime

@@ -26,8 +26,8 @@ enum class OpenStatus : std::uint8_t {
   unknown,  ///< what exists is kept until the first write cuts it at the current record; else created
   fresh,    ///< must not exist; created
   /// Written as a new file that takes the place of what exists when it is complete; a run that ends before
-  /// leaves what was there. A device, a file with links, and one in a folder that takes no second file are
-  /// written where they stand.
+  /// leaves what was there. A device, a file with links, and one that can have no successor of the same owner
+  /// and rights in its folder are written where they stand.
   whole
 };
 enum class CloseStatus : std::uint8_t { keep, remove };

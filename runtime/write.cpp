@@ -15,6 +15,8 @@ void begin_writing(Connection& connection) {
   if (connection.writing) return;
   std::error_code reason = connection.write_refused;
   bool ready = !reason;
+  // Before anything of the file is lost.
+  connection.output.pending.room(OutputBuffer::least_capacity);
   if (ready && connection.facts.kind == FileKind::file) {
     const std::size_t kept = connection.records.position().byte;
     ready = host().facts(connection.handle, connection.facts, reason) &&

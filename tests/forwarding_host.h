@@ -20,7 +20,9 @@ class ForwardingHost : public runtime::Host {
 
   [[nodiscard]] char separator() const override { return below_.separator(); }
   [[nodiscard]] const char* line_end() const override { return below_.line_end(); }
-  runtime::FileFacts look(const std::string& path) override { return below_.look(path); }
+  runtime::FileFacts look(const std::string& path, std::error_code& reason) override {
+    return below_.look(path, reason);
+  }
   int open(const std::string& path, runtime::Access access, std::error_code& reason) override {
     return below_.open(path, access, reason);
   }

@@ -418,8 +418,22 @@ INSTANTIATE_TEST_SUITE_P(Inputs, InputIsNoFile,
                            return std::string(input.param).substr(5);
                          });
 
+// What is no file is no suppression list either.
+
 TEST_F(IoFaults, SuppressionListIsAPipe) {
   replace_by_pipe("fehlercode.ex");
+  expect_run(run(), closing("var1"), "");
+  expect_whole("var1.Akum");
+}
+
+TEST_F(IoFaults, SuppressionListIsAFolder) {
+  replace_by_folder("fehlercode.ex");
+  expect_run(run(), closing("var1"), "");
+  expect_whole("var1.Akum");
+}
+
+TEST_F(IoFaults, SuppressionListIsADevice) {
+  replace_by_link("fehlercode.ex", "/dev/zero");
   expect_run(run(), closing("var1"), "");
   expect_whole("var1.Akum");
 }
@@ -430,6 +444,12 @@ TEST_F(IoFaults, ResultIsAPipeWithoutAReader) {
   replace_by_pipe("var1.Akum");
   expect_run(run(), "", fault_line(opening, "var1.Akum", "No such device or address"));
   expect_whole("code.pkl");
+}
+
+TEST_F(IoFaults, ListingIsAPipeWithoutAReader) {
+  replace_by_pipe("code.pkl");
+  expect_run(run(), "", fault_line(opening, "code.pkl", "No such device or address"));
+  expect_absent("var1.Akum");
 }
 
 TEST_F(IoFaults, LargeResultIsAPipeWithoutAReader) {

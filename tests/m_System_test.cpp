@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <initializer_list>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -106,8 +107,10 @@ TEST_F(SystemTest, ReportsAFailedAllocation) {
 TEST_F(SystemTest, AFailedAllocationEndsTheReader) {
   write_lines("v.sys", sys_lines(small_network));
   runtime::limit_allocations(0);
+  const ShownText shown;
   m_System::ReadSystemFile("v");
   EXPECT_EQ(ErrorLevel, 5020);
+  EXPECT_EQ(shown.error(), "Speichermangel: Tabellen zu \"v.sys\" nicht angelegt (ErrorLevel 5020)\n");
   EXPECT_FALSE(fs::exists("code.pkl"));
   EXPECT_FALSE(runtime::unit_of("v.sys").has_value());
   EXPECT_THAT(protocol_codes(), IsEmpty());
@@ -165,6 +168,14 @@ TEST_F(SystemTest, TheCountsFollowTheTable) {
   fill_system_logic({{"T1", {}, {}}, {"V1", {}, {}}});
   EXPECT_EQ(TypeOrdinal('V', 1), 0);
   EXPECT_EQ(ElementIndex("V1"), 2);
+}
+
+TEST_F(SystemTest, WithoutMemoryNothingIsCounted) {
+  fill_system_logic({{"V1", {}, {}}, {"T1", {}, {}}});
+  runtime::limit_allocations(7);
+  EXPECT_THROW(TypeOrdinal('V', 2), std::bad_alloc);
+  runtime::unlimit_allocations();
+  EXPECT_EQ(TypeOrdinal('V', 2), 1);
 }
 
 // The reader.

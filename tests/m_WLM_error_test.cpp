@@ -6,12 +6,15 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "m_WLM_error/catalogue/entry.h"
 #include "runtime/units.h"
 #include "tests/german.h"
+#include "tests/shown_text.h"
 #include "tests/test_files.h"
+#include "tests/test_host.h"
 #include "tests/unit_watch.h"
 #include "tests/variant_files.h"
 
@@ -21,6 +24,7 @@ namespace fs = std::filesystem;
 using m_WLM_error::ErrorLevel;
 using m_WLM_error::MessageDispatcher;
 using m_WLM_error::report;
+using test_files::read_bytes;
 using test_files::write_bytes;
 using testing::Each;
 using testing::ElementsAre;
@@ -50,6 +54,63 @@ TEST_F(Dispatcher, InitRemovesAnOldProtocolAndNothingElse) {
   EXPECT_TRUE(fs::exists("w.pkl"));
   EXPECT_EQ(MessageDispatcher("INIT", {.text1 = "folder.pkl"}), 0);
   EXPECT_TRUE(fs::is_directory("folder.pkl"));
+}
+
+// A test that wants a call of the host to fail, and sees what is told then.
+struct FaultyHost {
+  ShownText shown;
+  TestHost calls;
+};
+
+TEST_F(Dispatcher, AnOldProtocolThatCannotBeRemovedIsTold) {
+  write_bytes("v.pkl", "old\n");
+  FaultyHost host;
+  host.calls.fail(HostCall::remove, 1, std::errc::permission_denied);
+  start_protocol();
+  EXPECT_EQ(host.shown.error(), german("E/A-Fehler beim Löschen von \"v.pkl\": Permission denied\n"));
+  EXPECT_EQ(read_bytes("v.pkl"), "old\n");
+  // It is overwritten all the same when there is something to say.
+  MessageDispatcher("Y04", {.text1 = "K17"});
+  EXPECT_EQ(written_lines("v.pkl").front(), german("Prüfprotokoll: KARVOS"));
+}
+
+TEST_F(Dispatcher, AnOldProtocolThatCannotBeOpenedIsTold) {
+  write_bytes("v.pkl", "old\n");
+  FaultyHost host;
+  host.calls.fail(HostCall::open, 1, std::errc::too_many_files_open, true);
+  start_protocol();
+  EXPECT_EQ(host.shown.error(), german("E/A-Fehler beim Löschen von \"v.pkl\": Too many open files\n"));
+  EXPECT_EQ(read_bytes("v.pkl"), "old\n");
+}
+
+TEST_F(Dispatcher, AnInputUnderTheNameOfTheProtocolStays) {
+  write_bytes("v.sys", "the network\n");
+  fs::create_symlink("v.sys", "v.pkl");
+  runtime::protect("v.sys");
+  const ShownText shown;
+  MessageDispatcher("INIT", {.text1 = "v.pkl", .text2 = "KARVOS"});
+  EXPECT_EQ(shown.error(), german("E/A-Fehler beim Löschen von \"v.pkl\": Operation not permitted\n"));
+  EXPECT_EQ(read_bytes("v.sys"), "the network\n");
+  EXPECT_TRUE(fs::is_symlink("v.pkl"));
+}
+
+TEST_F(Dispatcher, NothingToRemoveIsNotTold) {
+  fs::create_directory("folder.pkl");
+  const ShownText shown;
+  start_protocol();
+  EXPECT_EQ(MessageDispatcher("INIT", {.text1 = "folder.pkl"}), 0);
+  EXPECT_EQ(MessageDispatcher("INIT", {.text1 = "/dev/null"}), 0);
+  EXPECT_EQ(shown.error(), "");
+}
+
+TEST_F(Dispatcher, TablesThatFindNoMemoryAreTold) {
+  const ShownText shown;
+  m_WLM_error::fold_allocation(0, "v.nfl");
+  EXPECT_EQ(ErrorLevel, 0);
+  EXPECT_EQ(shown.error(), "");
+  m_WLM_error::fold_allocation(m_WLM_error::allocation_failed, "v.nfl   ");
+  EXPECT_EQ(ErrorLevel, 5020);
+  EXPECT_EQ(shown.error(), "Speichermangel: Tabellen zu \"v.nfl\" nicht angelegt (ErrorLevel 5020)\n");
 }
 
 TEST_F(Dispatcher, InitSetsTheLevelsBack) {

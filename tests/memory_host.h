@@ -25,7 +25,7 @@ class MemoryHost final : public ForwardingHost {
 
   [[nodiscard]] char separator() const override { return '/'; }
   [[nodiscard]] const char* line_end() const override { return "\n"; }
-  runtime::FileFacts look(const std::string& path) override {
+  runtime::FileFacts look(const std::string& path, std::error_code& /*reason*/) override {
     const auto file = files_.find(path);
     return file == files_.end() ? runtime::FileFacts{} : facts_of(file->second);
   }

@@ -54,6 +54,10 @@ void let_tables_fail() {
   runtime::limit_allocations(7);
 }
 
+std::string refused_tables(std::string_view file) {
+  return "Speichermangel: Tabellen zu \"" + std::string(file) + "\" nicht angelegt (ErrorLevel 5020)\n";
+}
+
 bool still_open(std::string_view file) {
   return runtime::unit_of(file).has_value();
 }
@@ -307,11 +311,13 @@ TEST_F(AreaTest, AWarningFromBeforeDoesNot) {
 TEST_F(AreaTest, AFailedAllocationEndsTheReaders) {
   elements({"N1", "K1"});
   let_tables_fail();
+  const ShownText shown;
   read_natural({area_line("N1", "1.5")});
   EXPECT_EQ(ErrorLevel, 5020);
   EXPECT_FALSE(still_open("v.nfl"));
   read_canalised({area_line("K1", "1.5")});
   EXPECT_EQ(ErrorLevel, 5020);
+  EXPECT_EQ(shown.error(), refused_tables("v.nfl")) << "once a run";
   EXPECT_EQ(source_tables.area.size(), 0);
   EXPECT_THAT(protocol_codes(), IsEmpty());
   runtime::limit_allocations(8);
@@ -423,11 +429,27 @@ TEST_F(ReachTest, TheReaderGivesUp) {
   EXPECT_FALSE(still_open("v.trs"));
 }
 
+// A suppressed code sets the level back; the tables that both files share are not there all the same.
+TEST_F(AreaTest, AFailedAllocationIsMetAgainWhenTheLevelWasLowered) {
+  elements({"N1", "K1"});
+  let_tables_fail();
+  const ShownText shown;
+  read_natural({area_line("N1", "1.5")});
+  runtime::unlimit_allocations();
+  ErrorLevel = 0;
+  read_canalised({area_line("K1", "1.5")});
+  EXPECT_EQ(ErrorLevel, 5020);
+  EXPECT_EQ(shown.error(), refused_tables("v.nfl") + refused_tables("v.kfl"));
+  EXPECT_EQ(source_tables.area.size(), 0);
+}
+
 TEST_F(ReachTest, AFailedAllocationEndsTheReader) {
   elements({"T1", "T2"});
   let_tables_fail();
+  const ShownText shown;
   read({reach_line("T1", "1.5", "")});
   EXPECT_EQ(ErrorLevel, 5020);
+  EXPECT_EQ(shown.error(), refused_tables("v.trs"));
   EXPECT_FALSE(still_open("v.trs"));
   runtime::limit_allocations(8);
   EXPECT_EQ(m_Gerinne::AllocateReachTables(), 0);
@@ -544,8 +566,10 @@ TEST_F(BranchingTest, TheReaderGivesUp) {
 TEST_F(BranchingTest, AFailedAllocationEndsTheReader) {
   elements({"V1", "V2"});
   let_tables_fail();
+  const ShownText shown;
   read({branching_line("V1", "1", "10")});
   EXPECT_EQ(ErrorLevel, 5020);
+  EXPECT_EQ(shown.error(), refused_tables("v.ver"));
   EXPECT_FALSE(still_open("v.ver"));
   runtime::limit_allocations(8);
   EXPECT_EQ(m_Bauwerke::AllocateBranchingTables(), 0);

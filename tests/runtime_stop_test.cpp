@@ -1,11 +1,16 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <chrono>
+#include <cstddef>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <thread>
 
 #include "runtime/arguments.h"
 #include "runtime/array.h"
@@ -166,6 +171,68 @@ TEST_F(StopDeathTest, FilesDoNotTakeTheNumbersOfStandardStreams) {
       },
       "");
   expect_two_files();
+}
+
+// Which of the standard streams are closed, a bit each.
+unsigned closed_streams() {
+  unsigned closed = 0;
+  for (int stream = 0; stream <= 2; ++stream) {
+    if (fcntl(stream, F_GETFD) < 0) closed |= 1U << static_cast<unsigned>(stream);
+  }
+  return closed;
+}
+
+// Whatever is closed at the start, no file stands where a stream would.
+TEST_F(StopDeathTest, EveryFileStandsAboveTheStandardStreams) {
+  for (unsigned closed = 0; closed < 8; ++closed) {
+    EXPECT_STOP(
+        {
+          for (int stream = 0; stream <= 2; ++stream) {
+            if ((closed >> static_cast<unsigned>(stream) & 1U) != 0) close(stream);
+          }
+          const unsigned before = closed_streams();
+          std::error_code reason;
+          const int opened = runtime::host().open(file("opened"), runtime::Access::create, reason);
+          const runtime::Successor successor = runtime::host().create_successor(file("whole"), reason);
+          _exit(opened > 2 && successor.handle > 2 && closed_streams() == before ? 0 : 1);
+        },
+        "");
+  }
+}
+
+// Makes standard output a pipe that is full and does not wait.
+int write_to_a_full_pipe() {
+  std::array<int, 2> ends{};
+  if (pipe(ends.data()) != 0 || fcntl(ends[1], F_SETFL, O_NONBLOCK) != 0) std::abort();
+  const std::string kilobyte(1024, 'x');
+  while (write(ends[1], kilobyte.data(), kilobyte.size()) > 0) continue;
+  dup2(ends[1], STDOUT_FILENO);
+  close(ends[1]);
+  return ends[0];
+}
+
+TEST_F(StopDeathTest, AFullPipeIsWaitedFor) {
+  const std::string notice(200'000, 'n');
+  EXPECT_STOP(
+      {
+        const int reader = write_to_a_full_pipe();
+        std::size_t got = 0;
+        std::thread front_end([&] {
+          std::this_thread::sleep_for(std::chrono::milliseconds(50));
+          std::array<char, 4096> bytes{};
+          for (ssize_t count = 1; count > 0;) {
+            count = read(reader, bytes.data(), bytes.size());
+            got += static_cast<std::size_t>(
+                std::count(bytes.begin(), bytes.begin() + std::max<ssize_t>(count, 0), 'n'));
+          }
+        });
+        runtime::write_text(6, notice);
+        runtime::flush(6);
+        close(STDOUT_FILENO);
+        front_end.join();
+        runtime::stop(std::to_string(got));
+      },
+      "STOP 200000\n");
 }
 
 TEST_F(StopDeathTest, PreparedProcessOutlivesAReaderThatGoesAway) {

@@ -22,8 +22,8 @@ class SuiteHost final : public ForwardingHost {
   std::string nameless_file;  ///< what the empty path stands for
 
   [[nodiscard]] char separator() const override { return '\\'; }
-  runtime::FileFacts look(const std::string& path) override {
-    return ForwardingHost::look(machine_path(path));
+  runtime::FileFacts look(const std::string& path, std::error_code& reason) override {
+    return ForwardingHost::look(machine_path(path), reason);
   }
   int open(const std::string& path, runtime::Access access, std::error_code& reason) override {
     return ForwardingHost::open(path.empty() ? nameless_file : machine_path(path), access, reason);
