@@ -125,7 +125,7 @@ TEST(Page, holds_the_parts_of_the_report) {
   EXPECT_THAT(html, HasSubstr("   K0010  <mark>64,50</mark> 0.35"));
   EXPECT_THAT(html,
               HasSubstr("netz.Akum liegt nicht vor. Die Flächen sind hier aus den Eingabedateien summiert."));
-  EXPECT_THAT(html, HasSubstr("<tr><th scope=\"row\">Auslass</th><td>14.900</td><td>0.000</td>"));
+  EXPECT_THAT(html, HasSubstr("<tr><th scope=\"row\">am Auslass T0050</th><td>14.900</td><td>0.000</td>"));
   EXPECT_THAT(html, Not(HasSubstr("{{")));
   const nlohmann::json data = data_of(html);
   EXPECT_EQ(data["elements"].size(), 10U);
