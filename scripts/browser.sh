@@ -10,8 +10,7 @@ for program in node npm; do
   command -v "$program" >/dev/null || scripts/install-tools.sh nodejs npm
 done
 command -v chromium >/dev/null || scripts/install-tools.sh chromium
-scripts/install-tools.sh g++ cmake ninja-build libcli11-dev libfmt-dev nlohmann-json3-dev libboost1.81-dev \
-  libkainjow-mustache-dev libbenchmark-dev libgtest-dev libgmock-dev
+scripts/install-tools.sh @build @tests
 
 step() { printf '\n== %s\n' "$1"; }
 

@@ -102,7 +102,7 @@ TEST(Plan, of_a_part_tells_where_the_river_goes_on) {
   EXPECT_THAT(label_of(drawn, "T0020"), Contains("weitere oberhalb"));
   EXPECT_THAT(label_of(drawn, "T0040"), Not(Contains("weitere oberhalb")));
   EXPECT_THAT(drawn.plan.subtitle,
-              ElementsAre("4 von 10 Elementen", "oberhalb von T0040, bis 1 Ebenen aufwärts",
+              ElementsAre("4 von 10 Elementen", "oberhalb von T0040, bis 1 Ebene aufwärts",
                           HasSubstr("Einzugsgebiet bei T0040: 15.545 km²")));
 }
 
