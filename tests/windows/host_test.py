@@ -12,6 +12,8 @@ import wine
 EXAMPLE = wine.PROJECT / "examples"
 RESULT = (EXAMPLE / "expected" / "rausel.Akum").read_bytes()
 
+TABLE = "id,nach,flaeche_km2,befestigung\nMühle,,1.5,0.4\na,Mühle,2,\n"
+
 
 def result_of(name):
     """The expected result of the example under another name."""
@@ -160,6 +162,21 @@ class SchauTest(HostTest):
             written = (self.folder / file).read_bytes()
             self.assertTrue(written.startswith(beginning), written[:100])
             self.assertIn(b"T0010", written)
+
+    def test_compares_mends_and_imports_under_any_name(self):
+        self.put_example(self.folder, "Größe")
+        self.put_example(self.folder, "река")
+        tables = self.folder / "река.nfl"
+        tables.write_bytes(tables.read_bytes().replace(b"\n", b"\r\n", 3))
+        self.assertEqual(self.run_schau("vergleichen", "Größe", "река").stderr, b"")
+        outcome = self.run_schau("richten", "--schreiben", "река")
+        self.assertEqual(outcome.stderr, b"")
+        self.assertNotIn(b"\r", tables.read_bytes().replace(b"\r\n", b""))
+        self.assertTrue((self.folder / "река.nfl~").exists(), outcome.stdout.decode("utf-8"))
+        (self.folder / "Übersicht.csv").write_text(TABLE)
+        outcome = self.run_schau("aus-tabelle", "-o", "Höhe", "Übersicht.csv")
+        self.assertEqual((outcome.returncode, outcome.stderr), (0, b""), outcome.stdout.decode("utf-8"))
+        self.assertTrue((self.folder / "Höhe.sys").exists())
 
     def test_runs_variants_side_by_side(self):
         names = [f"var{number}" for number in range(4)]
