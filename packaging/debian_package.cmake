@@ -2,6 +2,11 @@
 
 set(KV_DOC_SOURCE ${CMAKE_INSTALL_FULL_DATADIR}/doc/kv-akum)
 set(KV_EXAMPLE_SOURCE ${KV_DOC_SOURCE}/examples)
+if(KV_BOOKS)
+  set(KV_BOOK_FORM html)
+else()
+  set(KV_BOOK_FORM md)
+endif()
 find_program(GZIP gzip REQUIRED)
 
 # Without the time of the build, so that two builds give the same bytes.

@@ -10,14 +10,14 @@ project=$PWD
 build=$project/build/package
 documents=/usr/share/doc/kv-akum
 
-scripts/install-tools.sh @build dpkg-dev file gzip lintian man-db
+scripts/install-tools.sh @build dpkg-dev file fonts-dejavu-core gzip lintian man-db pandoc weasyprint
 
 fail() {
   echo "$1" >&2
   exit 1
 }
 
-cmake --preset release -B "$build" -DKV_TESTS=OFF
+cmake --preset release -B "$build" -DKV_TESTS=OFF -DKV_BOOKS=ON
 cmake --build "$build"
 rm -f "$build"/*.deb
 cpack --config "$build/CPackConfig.cmake" -B "$build"

@@ -7,9 +7,9 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build=$PWD/build/windows
-scripts/install-tools.sh @build g++-mingw-w64-x86-64-posix python3 unzip wine64 zip
+scripts/install-tools.sh @build fonts-dejavu-core g++-mingw-w64-x86-64-posix pandoc python3 unzip weasyprint wine64 zip
 
-cmake --preset windows -DKV_TESTS=ON
+cmake --preset windows -DKV_TESTS=ON -DKV_BOOKS=ON
 cmake --build --preset windows
 # Anything but a library of the system itself would be missing on the users' machines.
 foreign=$(for program in KV_Akum KV_Schau; do

@@ -33,9 +33,9 @@ class HostTest(unittest.TestCase):
         for file in EXAMPLE.glob("rausel.*"):
             shutil.copy(file, folder / (name + file.suffix))
 
-    def hold(self, file):
-        """Lets another program hold a file open until the end of the test."""
-        holder = wine.start("hold_open", [wine.drive_path(file)], self.folder)
+    def hold(self, file, *how, program="hold_open"):
+        """Lets another program hold a file until the end of the test, or until its input ends."""
+        holder = wine.start(program, [wine.drive_path(file), *how], self.folder)
         self.addCleanup(holder.communicate)
         self.assertEqual(holder.stdout.readline().strip(), b"held")
         return holder
@@ -107,6 +107,27 @@ class AkumTest(HostTest):
         holder.communicate()
         self.assertEqual((self.folder / "var1.Akum").read_bytes(), b"old")
         self.assertEqual([file.name for file in self.folder.glob("*.neu")], [])
+
+    def test_writes_in_its_place_a_result_that_another_program_has_open(self):
+        self.put_example(self.folder, "var1")
+        (self.folder / "var1.Akum").write_bytes(b"old" * 10000)
+        self.hold(self.folder / "var1.Akum", "shared")
+        self.assert_result(self.run_akum("var1"), self.folder / "var1.Akum", b"var1")
+
+    def test_refuses_a_variant_that_another_run_holds(self):
+        self.put_example(self.folder, "var1")
+        holder = self.hold(self.folder / "var1.sys", program="locks")
+        outcome = self.run_akum("var1")
+        self.assertRegex(outcome.stderr, rb'^E/A-Fehler beim Sperren von "var1\.sys": .+\r\n$')
+        self.assertFalse((self.folder / "var1.Akum").exists())
+        holder.communicate()
+        self.assert_result(self.run_akum("var1"), self.folder / "var1.Akum", b"var1")
+
+    def test_runs_commands_of_the_interpreter(self):
+        self.put_example(self.folder, "var1")
+        outcome = wine.run("runs_command", ["dir /b *.nfl *.kfl>files.lis"], self.folder)
+        self.assertEqual((outcome.returncode, outcome.stdout, outcome.stderr), (0, b"", b""))
+        self.assertEqual(sorted((self.folder / "files.lis").read_bytes().split()), [b"var1.kfl", b"var1.nfl"])
 
     def test_tells_that_another_program_holds_an_input(self):
         self.put_example(self.folder, "var1")

@@ -30,7 +30,7 @@ def main():
         shown = run(unpacked / "KV_Schau.exe", "rechnen", "rausel", folder=example).decode("utf-8")
         assert "Ergebnis ohne Befund" in shown, shown
         assert result.read_bytes() == expected
-        for document in ("Handbuch.md", "CHANGELOG.md", "Lizenzen.txt"):
+        for document in ("Handbuch.html", "Handbuch.pdf", "messages.html", "CHANGELOG.md", "Lizenzen.txt"):
             assert (unpacked / document).stat().st_size > 0
     print("the programs of the zip run its example")
     return 0
