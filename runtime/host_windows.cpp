@@ -291,7 +291,7 @@ class WindowsHost final : public Host {
   Successor create_successor(const std::string& path, std::error_code& reason) override {
     Successor successor;
     if (!may_leave_its_place(system_path(path))) {
-      reason = last_error();
+      reason = std::make_error_code(std::errc::operation_not_permitted);
       return successor;
     }
     const HANDLE handle = create_beside(path, successor.path);

@@ -1,5 +1,6 @@
 #include "KV_Schau/run/process.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <boost/asio/buffer.hpp>
@@ -65,8 +66,9 @@ class OutputReader {
 
 // As the host takes them.
 std::vector<std::filesystem::path::string_type> native_texts(const std::vector<std::string>& texts) {
-  std::vector<std::filesystem::path::string_type> native;
-  for (const std::string& text : texts) native.push_back(std::filesystem::path(text).native());
+  std::vector<std::filesystem::path::string_type> native(texts.size());
+  std::ranges::transform(texts, native.begin(),
+                         [](const std::string& text) { return std::filesystem::path(text).native(); });
   return native;
 }
 

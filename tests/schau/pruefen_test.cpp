@@ -22,6 +22,7 @@ namespace fs = std::filesystem;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::MatchesRegex;
 using ::testing::Not;
 using ::testing::StartsWith;
 
@@ -254,6 +255,13 @@ TEST(Usage, is_told_in_german) {
                 AllOf(HasSubstr("Aufruf: KV_Schau"), Not(HasSubstr("Usage")), Not(HasSubstr("Options:")),
                       Not(HasSubstr("REQUIRED")), HasSubstr("Exit-Status")));
   }
+}
+
+TEST(Usage, tells_the_version) {
+  const child::Outcome outcome = run({"--version"});
+  EXPECT_EQ(outcome.exit_status, 0);
+  EXPECT_THAT(outcome.out, MatchesRegex("KV_Schau [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+  EXPECT_THAT(outcome.err, IsEmpty());
 }
 
 }  // namespace
