@@ -258,7 +258,8 @@ TEST(Usage, is_told_in_german) {
 }
 
 TEST(Usage, tells_the_version) {
-  const child::Outcome outcome = run({"--version"});
+  const Folder folder("rausel");
+  const child::Outcome outcome = program::run({"--version"}, folder.path());
   EXPECT_EQ(outcome.exit_status, 0);
   EXPECT_THAT(outcome.out, MatchesRegex("KV_Schau [0-9]+\\.[0-9]+\\.[0-9]+\n"));
   EXPECT_THAT(outcome.err, IsEmpty());
