@@ -26,15 +26,16 @@ def prepare():
         subprocess.run([WINE, "wineboot", "--init"], env=ENVIRONMENT, check=True, capture_output=True)
 
 
-def run(name, arguments, folder):
-    """Runs a program to its end; standard output and standard error are the bytes that came."""
-    return run_file(program(name), arguments, folder)
+def run(name, arguments, folder, trace="-all"):
+    """Runs a program to its end; standard output and standard error are the bytes that came. With a trace, standard
+    error tells the calls of the system too."""
+    return run_file(program(name), arguments, folder, trace)
 
 
-def run_file(path, arguments, folder):
+def run_file(path, arguments, folder, trace="-all"):
     """The same with a program that lies anywhere."""
     return subprocess.run(
-        [WINE, path, *arguments], cwd=folder, env=ENVIRONMENT, stdin=subprocess.DEVNULL,
+        [WINE, path, *arguments], cwd=folder, env={**ENVIRONMENT, "WINEDEBUG": trace}, stdin=subprocess.DEVNULL,
         stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=120, check=False)
 
 
