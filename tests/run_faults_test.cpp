@@ -21,6 +21,7 @@
 #include "tests/counted_allocations.h"
 #include "tests/forwarding_host.h"
 #include "tests/run_faults.h"
+#include "tests/sanitized.h"
 #include "tests/test_files.h"
 #include "tests/test_host.h"
 
@@ -208,13 +209,8 @@ class RunFaults : public testing::TestWithParam<Scene> {
 };
 
 // A run is the slower the more a build checks.
-#ifdef __SANITIZE_ADDRESS__
-constexpr int usual_most = 4;
-constexpr int usual_most_of_large = 2;
-#else
-constexpr int usual_most = std::numeric_limits<int>::max();
-constexpr int usual_most_of_large = 6;
-#endif
+constexpr int usual_most = sanitized ? 4 : std::numeric_limits<int>::max();
+constexpr int usual_most_of_large = sanitized ? 2 : 6;
 
 // All calls of each kind in the long form.
 int most_calls(int usual) {

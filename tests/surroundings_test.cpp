@@ -26,6 +26,7 @@
 #include "tests/notices.h"
 #include "tests/program.h"
 #include "tests/run_faults.h"
+#include "tests/sanitized.h"
 #include "tests/test_files.h"
 
 namespace {
@@ -36,13 +37,6 @@ using notices::closing;
 using std::chrono::microseconds;
 using test_files::read_bytes;
 using test_files::write_bytes;
-
-// A sanitizer asks for memory and time of its own.
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool sanitized = true;
-#else
-constexpr bool sanitized = false;
-#endif
 
 constexpr std::array<std::string_view, 2> whole_files = {"v.Akum", "code.pkl"};
 
