@@ -209,7 +209,7 @@ class RunFaults : public testing::TestWithParam<Scene> {
 };
 
 // A run is the slower the more a build checks.
-constexpr int usual_most = sanitized ? 4 : std::numeric_limits<int>::max();
+constexpr int usual_most = sanitized ? 3 : std::numeric_limits<int>::max();
 constexpr int usual_most_of_large = sanitized ? 2 : 6;
 
 // All calls of each kind in the long form.
@@ -236,8 +236,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(RunFaults, OfALargeVariantAreToldOrLeaveEverythingRight) {
   const test_files::TemporaryFolder folder(test_files::fast_folder());
   const child::Outcome generated = child::run([&] {
-    execl(KV_GENERATE, KV_GENERATE, "--elements", "20000", "--unit-lines", folder.file("large").c_str(),
-          nullptr);
+    execl(KV_GENERATE, KV_GENERATE, "--elements", sanitized ? "5000" : "20000", "--unit-lines",
+          folder.file("large").c_str(), nullptr);
     _exit(126);
   });
   ASSERT_EQ(generated.ending, "exit status 0") << generated.err;
