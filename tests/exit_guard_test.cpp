@@ -30,7 +30,7 @@ TEST(ExitGuard, LeavesAProgramAloneThatComesToItsEnd) {
 
 TEST(ExitGuard, FailsAReplayerThatAnInputStops) {
   const child::Outcome outcome =
-      child::run([] { execl(KV_STOPPED_REPLAYER, KV_STOPPED_REPLAYER, __FILE__, nullptr); });
+      child::run([] { execl(KV_STOPPED_REPLAYER, KV_STOPPED_REPLAYER, KV_SAMPLE, nullptr); });
   EXPECT_EQ(outcome.exit_status, EXIT_FAILURE);
   EXPECT_EQ(outcome.err, early_end);
 }

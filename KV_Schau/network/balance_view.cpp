@@ -20,10 +20,11 @@ Areas difference(const Areas& left, const Areas& right) {
   return {left.natural - right.natural, left.canalised - right.canalised, left.impervious - right.impervious};
 }
 
-// A difference of rounding is none, and has no sign.
+// At most 13 columns. A difference of rounding is none, and has no sign.
 std::string number_words(double value) {
   if (std::isnan(value)) return "unbestimmt";
   if (std::isinf(value)) return value > 0 ? "unendlich" : "-unendlich";
+  if (std::abs(value) >= 1e8) return fmt::format("{:.5e}", value);
   return fmt::format("{:.3f}", std::abs(value) < 1e-9 ? 0.0 : value);
 }
 

@@ -68,20 +68,8 @@ class Accumulation {
     passed_on_[j] += fraction;
   }
 
-  // What part of the total of j goes on to i.
   [[nodiscard]] double fraction_to(Element i, Element j) const {
-    const auto& outflow = network_.outflow[j];
-    switch (m_System::type_of(variant_.type(j)).passes_on) {
-      case PassesOn::everything:
-        return 1.0;
-      case PassesOn::totals_to_second:
-        return outflow[1] == i ? 1.0 : 0.0;
-      case PassesOn::divided_totals:
-        break;
-    }
-    if (taken_[j].value != 1.0) return outflow[1] == i ? 1.0 : 0.0;
-    if (outflow[0] == i) return taken_[j].fraction;
-    return outflow[1] == i ? 1.0 - taken_[j].fraction : 0.0;
+    return part_passed_on(variant_, network_, taken_, j, i);
   }
 
   void note_loss(Element i) {
@@ -141,6 +129,22 @@ std::string_view words_for(LossReason reason) {
       "im Kreis geführt",
       "mehrfach aufgenommen"};
   return words[static_cast<std::size_t>(reason)];
+}
+
+double part_passed_on(const variant::Variant& variant, const Network& network,
+                      const std::vector<Taken>& taken, Element from, Element to) {
+  const auto& outflow = network.outflow[from];
+  switch (m_System::type_of(variant.type(from)).passes_on) {
+    case PassesOn::everything:
+      return 1.0;
+    case PassesOn::totals_to_second:
+      return outflow[1] == to ? 1.0 : 0.0;
+    case PassesOn::divided_totals:
+      break;
+  }
+  if (taken[from].value != 1.0) return outflow[1] == to ? 1.0 : 0.0;
+  if (outflow[0] == to) return taken[from].fraction;
+  return outflow[1] == to ? 1.0 - taken[from].fraction : 0.0;
 }
 
 Flow accumulate(const variant::Variant& variant, const Network& network, const std::vector<Element>& order,

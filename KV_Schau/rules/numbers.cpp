@@ -238,13 +238,22 @@ bool fits_result(const network::Areas& areas) {
   return fits(areas.natural) && fits(areas.canalised) && fits(areas.impervious) && areas.all() < highest_sum;
 }
 
+// The area in km², exponential when its digits would say nothing.
+std::string widest_words(const network::Areas& areas) {
+  double widest = areas.all();
+  for (const double area : {areas.natural, areas.canalised, areas.impervious}) {
+    if (std::abs(area) > std::abs(widest)) widest = area;
+  }
+  return fmt::format("{:.10g} km²", widest);
+}
+
 void check_width_of_result(const Context& context, Sink& sink) {
   for (Element i = 1; i <= context.network.count(); ++i) {
     const network::Areas& total = context.flow.total[i];
     if (context.variant.type(i) != 'T' || fits_result(total)) continue;
     const std::string what =
         std::isfinite(total.all()) && std::isfinite(total.impervious)
-            ? fmt::format("ist zu groß für ihre Spalte im Ergebnis: {}", area_words(total.all()))
+            ? fmt::format("ist zu groß für ihre Spalte im Ergebnis: {}", widest_words(total))
             : "ist keine endliche Zahl";
     sink.add(variant::place_of_element(context.variant, i),
              fmt::format("Die Fläche von {} {}", name_of(context, i), what),

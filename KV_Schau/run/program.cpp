@@ -27,7 +27,12 @@ fs::path own_folder() {
 
 std::optional<fs::path> find_program() {
   fs::path found = in_folder(own_folder());
-  if (found.empty()) found = boost::process::search_path("KV_Akum");
+  if (found.empty()) return find_in_path("KV_Akum");
+  return fs::absolute(found);
+}
+
+std::optional<fs::path> find_in_path(const std::string& name) {
+  const fs::path found = boost::process::search_path(name);
   if (found.empty()) return std::nullopt;
   return fs::absolute(found);
 }

@@ -1,0 +1,15 @@
+# Writes a C++ source with the texts of files: FILES (a list), OUTPUT. A raw string may be limited in length,
+# so each line is one.
+set(source "#include \"KV_Schau/report/page_files.h\"\n\nnamespace schau::report {\n")
+foreach(path IN LISTS FILES)
+  get_filename_component(name ${path} NAME)
+  string(REPLACE "." "_" name ${name})
+  file(READ ${path} text)
+  if(text MATCHES "\\)=====\"")
+    message(FATAL_ERROR "${path} holds the end mark of a text.")
+  endif()
+  string(REGEX REPLACE "([^\n]*\n)" "R\"=====(\\1)=====\"\n" text "${text}")
+  string(APPEND source "\nconst std::string_view ${name} =\n${text};\n")
+endforeach()
+string(APPEND source "\n}  // namespace schau::report\n")
+file(WRITE ${OUTPUT} "${source}")
