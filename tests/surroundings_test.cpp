@@ -126,7 +126,7 @@ class ChangingInput : public Surroundings {
           std::this_thread::sleep_for(span * moment / moments);
           change();
         });
-        const Outcome outcome = run("v");
+        Outcome outcome = run("v");
         changing.join();
         return outcome;
       });
@@ -271,7 +271,7 @@ TEST_F(Surroundings, ARunWhoseProcessorTimeIsOverLeavesTheOldFilesOrTheNewOnes) 
   const State right = state_after([&] { return run("v"); });
   int ended = 0;
   bool enough = false;
-  for (int milliseconds = 1; !enough; milliseconds += 4) {
+  for (long milliseconds = 1; !enough; milliseconds += 4) {
     const State found = state_after([&] {
       return run("v", [&] {
         const itimerval timer{.it_interval = {}, .it_value = {.tv_sec = 0, .tv_usec = milliseconds * 1000}};
