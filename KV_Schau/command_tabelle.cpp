@@ -10,13 +10,19 @@
 #include <system_error>
 #include <utility>
 #include <variant>
+#include <vector>
 
 #include "KV_Schau/command.h"
+#include "KV_Schau/network/network.h"
+#include "KV_Schau/network/order.h"
+#include "KV_Schau/network/upstream.h"
+#include "KV_Schau/network/values.h"
 #include "KV_Schau/run/read_file.h"
 #include "KV_Schau/run/run.h"
 #include "KV_Schau/run/table_output.h"
 #include "KV_Schau/run/whole_file.h"
 #include "KV_Schau/terminal.h"
+#include "KV_Schau/variant/records.h"
 #include "KV_Schau/variant_argument.h"
 
 namespace schau {
@@ -30,6 +36,7 @@ struct Options {
   bool csv = false;
   bool json = false;
   bool german = false;
+  bool more = false;
   std::string file;
 };
 Options options;
@@ -44,19 +51,32 @@ void add_options(CLI::App& parser) {
       .add_flag("--deutsch", options.german,
                 "CSV mit Semikolon, Dezimalkomma und BOM, wie deutsche Tabellenprogramme es nehmen")
       ->needs(csv);
+  parser.add_flag("--mehr", options.more,
+                  "dazu Ordnung nach Strahler, Zahl der Elemente oberhalb und das Einzugsgebiet, in dem jede "
+                  "Fläche einmal zählt, wie auch immer Verzweigungen teilen");
   parser.add_option("-o,--ausgabe", options.file, "in eine Datei statt auf die Standardausgabe")
       ->type_name("DATEI");
 }
 
 using Write = std::function<void(std::string_view)>;
 
+// A table and, when it is wanted, what lies upstream of each reach.
+struct Shown {
+  const run::Table& table;
+  std::vector<run::Upstream> upstream;
+
+  [[nodiscard]] const run::Upstream* upstream_of(std::size_t reach) const {
+    return upstream.empty() ? nullptr : &upstream[reach];
+  }
+};
+
 // Writes one row after the other, in pieces of a useful size.
-void write_rows(const run::Table& table, const Write& write,
-                const std::function<void(std::string&, const run::Reach&)>& append_row) {
+void write_rows(const Shown& shown, const Write& write,
+                const std::function<void(std::string&, std::size_t)>& append_row) {
   constexpr std::size_t piece_size = std::size_t{1} << 18U;
   std::string piece;
-  for (const run::Reach& reach : table.reaches) {
-    append_row(piece, reach);
+  for (std::size_t i = 0; i < shown.table.reaches.size(); ++i) {
+    append_row(piece, i);
     if (piece.size() < piece_size) continue;
     write(piece);
     piece.clear();
@@ -64,36 +84,37 @@ void write_rows(const run::Table& table, const Write& write,
   write(piece);
 }
 
-void write_csv(const run::Table& table, const Write& write) {
+void write_csv(const Shown& shown, const Write& write) {
   const run::CsvForm& form = options.german ? run::german_csv : run::plain_csv;
   std::string titles;
-  run::append_csv_titles(titles, form);
+  run::append_csv_titles(titles, form, options.more);
   write(titles);
-  write_rows(table, write,
-             [&](std::string& out, const run::Reach& reach) { run::append_csv_row(out, reach, form); });
+  write_rows(shown, write, [&](std::string& out, std::size_t i) {
+    run::append_csv_row(out, shown.table.reaches[i], form, shown.upstream_of(i));
+  });
 }
 
-void write_json(const run::Table& table, const variant::Variant& variant, const Write& write) {
+void write_json(const Shown& shown, const variant::Variant& variant, const Write& write) {
   const auto quoted = [](const std::string& text) { return nlohmann::json(text).dump(); };
   write(fmt::format("{{\"variante\": {},\n \"datei\": {},\n \"strecken\": [", quoted(variant.path.shown),
                     quoted(variant.file(FileId::result).shown())));
   std::string_view before = "\n  ";
-  write_rows(table, write, [&](std::string& out, const run::Reach& reach) {
+  write_rows(shown, write, [&](std::string& out, std::size_t i) {
     out += std::exchange(before, ",\n  ");
-    run::append_json_row(out, reach);
+    run::append_json_row(out, shown.table.reaches[i], shown.upstream_of(i));
   });
   write("\n ]}\n");
 }
 
-void write_table(const run::Table& table, const variant::Variant& variant, const Write& write) {
-  if (options.json) return write_json(table, variant, write);
-  if (options.csv) return write_csv(table, write);
-  write(run::text_of(table));
+void write_table(const Shown& shown, const variant::Variant& variant, const Write& write) {
+  if (options.json) return write_json(shown, variant, write);
+  if (options.csv) return write_csv(shown, write);
+  write(run::text_of(shown.table, 0, shown.upstream));
 }
 
-void write_to_file(const run::Table& table, const variant::Variant& variant) {
+void write_to_file(const Shown& shown, const variant::Variant& variant) {
   run::WholeFile file(options.file);
-  write_table(table, variant, [&](std::string_view bytes) { file.stream() << bytes; });
+  write_table(shown, variant, [&](std::string_view bytes) { file.stream() << bytes; });
   file.commit();
 }
 
@@ -118,6 +139,19 @@ ExitStatus warn(const run::Table& table, const variant::Variant& variant) {
   return status;
 }
 
+std::vector<run::Upstream> upstream_of_reaches(const run::Table& table, const variant::Variant& variant) {
+  const network::Network network = network::link(variant);
+  const std::vector<network::Upstream> upstream =
+      network::look_upstream(variant, network, network::flow_order(network),
+                             network::take_values(variant, variant::find_records(variant)));
+  std::vector<run::Upstream> reaches;
+  for (const run::Reach& reach : table.reaches) {
+    const network::Upstream& found = upstream[variant.elements.first(reach.name)];
+    reaches.push_back({found.stream_order, found.elements, found.catchment});
+  }
+  return reaches;
+}
+
 ExitStatus show(const variant::Variant& variant) {
   const std::string& shown = variant.file(FileId::result).shown();
   if (!variant.surroundings.result) {
@@ -127,10 +161,17 @@ ExitStatus show(const variant::Variant& variant) {
   const run::Table table =
       run::parse_table(run::read_file(variant.path.folder / (variant.path.name + ".Akum")));
   if (table.fault) return fail(fmt::format("{}: {}", shown, run::text_of(*table.fault, table.fault_line)));
+  Shown shown_table{table, {}};
+  if (options.more) {
+    // What lies upstream of a reach of another network cannot be told.
+    if (const std::string fault = run::fault_of_table(table, variant); !fault.empty())
+      return fail(fmt::format("{}: {}; für --mehr bitte neu rechnen", shown, fault));
+    shown_table.upstream = upstream_of_reaches(table, variant);
+  }
   if (options.file.empty()) {
-    write_table(table, variant, [](std::string_view bytes) { write_out(bytes); });
+    write_table(shown_table, variant, [](std::string_view bytes) { write_out(bytes); });
   } else {
-    write_to_file(table, variant);
+    write_to_file(shown_table, variant);
   }
   return warn(table, variant);
 }

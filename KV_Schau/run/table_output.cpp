@@ -20,15 +20,7 @@ std::string shown_name(variant::NameKey name) {
   return variant::shown(variant::text_of(name), variant::Encoding::windows_1252);
 }
 
-// The numbers of a row, from left to right.
-struct Column {
-  std::string_view title;  // in data that is separated by characters
-  std::string_view key;    // in JSON
-  std::size_t width = 0;   // in the table: so many asterisks stand for a number too wide
-  const Number& (*number)(const Reach& reach);
-};
-
-constexpr std::array<Column, 8> number_columns = {{
+constexpr std::array<NumberColumn, 8> columns = {{
     {"Station [km]", "station_km", 8, [](const Reach& reach) -> const Number& { return reach.station; }},
     {"natürliche Fläche direkt [km²]", "natuerlich_direkt_km2", 10,
      [](const Reach& reach) -> const Number& { return reach.natural.direct; }},
@@ -45,19 +37,24 @@ constexpr std::array<Column, 8> number_columns = {{
     {"Gesamtfläche [km²]", "gesamt_km2", 11, [](const Reach& reach) -> const Number& { return reach.total; }},
 }};
 
-std::string text_in(const Column& column, const Reach& reach) {
+std::string text_in(const NumberColumn& column, const Reach& reach) {
   return text_of(column.number(reach), column.width);
 }
 
 // Text.
 
-void append_heading(std::string& out) {
-  fmt::format_to(std::back_inserter(out), "{:<7}  {:>8}  {:<17}  {:>21}  {:>21}  {:>21}  {:>11}\n", "Strecke",
+void append_heading(std::string& out, bool with_upstream) {
+  fmt::format_to(std::back_inserter(out), "{:<7}  {:>8}  {:<17}  {:>21}  {:>21}  {:>21}  {:>11}", "Strecke",
                  "Station", "Zuläufe", "natürlich [km²]", "kanalisiert [km²]", "undurchlässig [km²]",
                  "gesamt");
+  if (with_upstream)
+    fmt::format_to(std::back_inserter(out), "  {:>7}  {:>8}  {:>13}", "Ordnung", "Elemente", "Einzugsgebiet");
   fmt::format_to(std::back_inserter(out),
-                 "{:<7}  {:>8}  {:<17}  {:>10} {:>10}  {:>10} {:>10}  {:>10} {:>10}  {:>11}\n", "", "[km]",
+                 "\n{:<7}  {:>8}  {:<17}  {:>10} {:>10}  {:>10} {:>10}  {:>10} {:>10}  {:>11}", "", "[km]",
                  "", "direkt", "gesamt", "direkt", "gesamt", "direkt", "gesamt", "[km²]");
+  if (with_upstream)
+    fmt::format_to(std::back_inserter(out), "  {:>7}  {:>8}  {:>13}", "", "oberhalb", "[km²]");
+  out += '\n';
 }
 
 std::string inflows_of(const Reach& reach) {
@@ -67,13 +64,17 @@ std::string inflows_of(const Reach& reach) {
   return names;
 }
 
-void append_row(std::string& out, const Reach& reach) {
+void append_row(std::string& out, const Reach& reach, const Upstream* upstream) {
   fmt::format_to(std::back_inserter(out), "{:<7}  {:>8}  {:<17}", shown_name(reach.name),
-                 text_in(number_columns[0], reach), inflows_of(reach));
-  for (std::size_t i = 1; i < number_columns.size(); ++i) {
-    const Column& column = number_columns[i];
+                 text_in(columns[0], reach), inflows_of(reach));
+  for (std::size_t i = 1; i < columns.size(); ++i) {
+    const NumberColumn& column = columns[i];
     fmt::format_to(std::back_inserter(out), "{}{:>{}}", i % 2 == 1 ? "  " : " ", text_in(column, reach),
                    column.width);
+  }
+  if (upstream != nullptr) {
+    fmt::format_to(std::back_inserter(out), "  {:>7}  {:>8}  {:>13.3f}", upstream->stream_order,
+                   upstream->elements, upstream->catchment);
   }
   out += '\n';
 }
@@ -111,7 +112,7 @@ class CsvLine {
   bool first_ = true;
 };
 
-nlohmann::ordered_json json_number(const Column& column, const Reach& reach) {
+nlohmann::ordered_json json_number(const NumberColumn& column, const Reach& reach) {
   const Number& number = column.number(reach);
   if (std::isfinite(number.value)) return number.value;
   return text_in(column, reach);
@@ -119,48 +120,70 @@ nlohmann::ordered_json json_number(const Column& column, const Reach& reach) {
 
 }  // namespace
 
-std::string text_of(const Table& table, std::size_t most_rows) {
+const std::array<NumberColumn, 8>& number_columns() {
+  return columns;
+}
+
+std::string text_of(const Table& table, std::size_t most_rows, std::span<const Upstream> upstream) {
   const std::size_t count = table.reaches.size();
   const bool whole = most_rows == 0 || count <= most_rows;
   const std::size_t at_each_end = whole ? count : most_rows / 2;
   std::string out;
-  append_heading(out);
-  for (std::size_t i = 0; i < at_each_end; ++i) append_row(out, table.reaches[i]);
+  append_heading(out, !upstream.empty());
+  const auto append = [&](std::size_t i) {
+    append_row(out, table.reaches[i], upstream.empty() ? nullptr : &upstream[i]);
+  };
+  for (std::size_t i = 0; i < at_each_end; ++i) append(i);
   if (whole) return out;
   fmt::format_to(std::back_inserter(out), "...      {} weitere Strecken; --tabelle zeigt alle\n",
                  count - 2 * at_each_end);
-  for (std::size_t i = count - at_each_end; i < count; ++i) append_row(out, table.reaches[i]);
+  for (std::size_t i = count - at_each_end; i < count; ++i) append(i);
   return out;
 }
 
-void append_csv_titles(std::string& out, const CsvForm& form) {
+void append_csv_titles(std::string& out, const CsvForm& form, bool with_upstream) {
   constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
   if (form.byte_order_mark) out += byte_order_mark;
   CsvLine line(out, form);
   line.add("Strecke");
-  line.add(number_columns.front().title);
+  line.add(columns.front().title);
   for (std::size_t i = 1; i <= most_inflows; ++i) line.add(fmt::format("Zulauf {}", i));
-  for (const Column& column : std::span(number_columns).subspan(1)) line.add(column.title);
+  for (const NumberColumn& column : std::span(columns).subspan(1)) line.add(column.title);
+  if (with_upstream) {
+    for (const std::string_view title : {"Ordnung", "Elemente oberhalb", "Einzugsgebiet [km²]"})
+      line.add(title);
+  }
   line.end();
 }
 
-void append_csv_row(std::string& out, const Reach& reach, const CsvForm& form) {
+void append_csv_row(std::string& out, const Reach& reach, const CsvForm& form, const Upstream* upstream) {
   CsvLine line(out, form);
   line.add(shown_name(reach.name));
-  line.add_number(text_in(number_columns.front(), reach));
+  line.add_number(text_in(columns.front(), reach));
   for (const variant::NameKey inflow : reach.inflow) line.add(shown_name(inflow));
-  for (const Column& column : std::span(number_columns).subspan(1)) line.add_number(text_in(column, reach));
+  for (const NumberColumn& column : std::span(columns).subspan(1)) line.add_number(text_in(column, reach));
+  if (upstream != nullptr) {
+    line.add(fmt::format("{}", upstream->stream_order));
+    line.add(fmt::format("{}", upstream->elements));
+    line.add_number(fmt::format("{:.3f}", upstream->catchment));
+  }
   line.end();
 }
 
-void append_json_row(std::string& out, const Reach& reach) {
+void append_json_row(std::string& out, const Reach& reach, const Upstream* upstream) {
   nlohmann::ordered_json row;
   row["strecke"] = shown_name(reach.name);
-  row[std::string(number_columns.front().key)] = json_number(number_columns.front(), reach);
+  row[std::string(columns.front().key)] = json_number(columns.front(), reach);
   nlohmann::ordered_json& inflows = row["zulaeufe"] = nlohmann::ordered_json::array();
   for (const variant::NameKey inflow : reach.inflows()) inflows.push_back(shown_name(inflow));
-  for (const Column& column : std::span(number_columns).subspan(1)) {
+  for (const NumberColumn& column : std::span(columns).subspan(1)) {
     row[std::string(column.key)] = json_number(column, reach);
+  }
+  if (upstream != nullptr) {
+    constexpr double square_metres = 1e6;
+    row["ordnung"] = upstream->stream_order;
+    row["elemente_oberhalb"] = upstream->elements;
+    row["einzugsgebiet_km2"] = std::round(upstream->catchment * square_metres) / square_metres;
   }
   out += row.dump();
 }

@@ -145,11 +145,20 @@ WholeFile::~WholeFile() {
   fs::remove(unfinished_, ignored);
 }
 
-void WholeFile::commit() {
-  stream_.close();
+void WholeFile::complete() {
+  if (stream_.is_open()) stream_.close();
   if (!stream_) refuse(target_, last_fault());
+}
+
+void WholeFile::commit() {
+  complete();
   if (!unfinished_.empty()) put_in_place(unfinished_, target_);
   unfinished_.clear();
+}
+
+void commit_all(std::vector<std::unique_ptr<WholeFile>>& files) {
+  for (const auto& file : files) file->complete();
+  for (const auto& file : files) file->commit();
 }
 
 }  // namespace schau::run

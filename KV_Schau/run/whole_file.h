@@ -2,9 +2,11 @@
 
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <ostream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace schau::run {
 
@@ -38,6 +40,8 @@ class WholeFile {
   ~WholeFile();
 
   std::ostream& stream() { return stream_; }
+  /// Writes out what is still held back. Throws FileFault when a byte of it could not be written.
+  void complete();
   /// Completes the file and gives it its name. Throws FileFault when a byte of it could not be written.
   void commit();
 
@@ -46,6 +50,9 @@ class WholeFile {
   std::filesystem::path unfinished_;
   std::ofstream stream_;
 };
+
+/// Completes files that belong together. When a byte of one could not be written, none of them gets its name.
+void commit_all(std::vector<std::unique_ptr<WholeFile>>& files);
 
 /// A name that no file has yet: the beginning and twelve random characters.
 std::string unused_name(const std::string& beginning);

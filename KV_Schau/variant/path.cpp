@@ -126,24 +126,29 @@ std::string meant_path(const std::string& base, const fs::path& folder, const st
 
 }  // namespace
 
-std::variant<VariantPath, Refusal> resolve(const std::string& argument) {
-  if (argument.empty()) return of_missing_name(argument);
+std::variant<VariantPath, Refusal> resolve_new(const std::string& argument) {
   const std::string base =
       ends_with_system_extension(argument) ? without_end(argument, system_extension) : argument;
-  const std::string system_file = base + std::string(system_extension);
-  if (!exists(system_file) && is_folder(argument)) return of_folder(argument);
   const fs::path path(base);
   const std::string name = path.filename().string();
   const fs::path folder = path.has_parent_path() ? path.parent_path() : fs::path(".");
   if (name.empty()) return of_missing_name(argument);
   if (name.find(' ') != std::string::npos) return of_blank(name);
   if (name.size() > longest_name) return of_length(name);
-  if (!exists(system_file)) {
-    return Refusal{Refusal::Kind::missing,
-                   fmt::format("Die Datei \"{}\" gibt es nicht", shown_utf8(system_file)),
-                   meant_path(base, folder, name)};
-  }
   return VariantPath{folder, name, shown_utf8(base)};
+}
+
+std::variant<VariantPath, Refusal> resolve(const std::string& argument) {
+  const std::string base =
+      ends_with_system_extension(argument) ? without_end(argument, system_extension) : argument;
+  const std::string system_file = base + std::string(system_extension);
+  if (!argument.empty() && !exists(system_file) && is_folder(argument)) return of_folder(argument);
+  auto resolved = resolve_new(argument);
+  const auto* const variant = std::get_if<VariantPath>(&resolved);
+  if (variant == nullptr || exists(system_file)) return resolved;
+  return Refusal{Refusal::Kind::missing,
+                 fmt::format("Die Datei \"{}\" gibt es nicht", shown_utf8(system_file)),
+                 meant_path(base, variant->folder, variant->name)};
 }
 
 }  // namespace schau::variant

@@ -35,4 +35,7 @@ inline constexpr std::size_t longest_name = 116;
 /// none. A name that KV_Akum would cut or take for several words is refused before the file is looked for.
 std::variant<VariantPath, Refusal> resolve(const std::string& argument);
 
+/// The same for a variant that is still to be written: its files may be there or not.
+std::variant<VariantPath, Refusal> resolve_new(const std::string& argument);
+
 }  // namespace schau::variant

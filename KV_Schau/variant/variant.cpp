@@ -35,16 +35,16 @@ bool is_input(FileId file) {
 Surroundings look_around(const VariantPath& path) {
   Surroundings around;
   std::error_code error;
-  const fs::path result = path.folder / file_name(path, FileId::result);
+  const fs::path result = path_of(path, FileId::result);
   around.result = fs::exists(result, error);
-  around.protocol = fs::exists(path.folder / file_name(path, FileId::protocol), error);
+  around.protocol = fs::exists(path_of(path, FileId::protocol), error);
   if (fs::is_symlink(result, error))
     around.result_link = shown_utf8(fs::read_symlink(result, error).string());
   if (!around.result) return around;
   const fs::file_time_type written = fs::last_write_time(result, error);
   for (std::size_t i = 0; i < file_count; ++i) {
     const auto file = static_cast<FileId>(i);
-    const fs::path input = path.folder / file_name(path, file);
+    const fs::path input = path_of(path, file);
     if (!is_input(file) || !fs::exists(input, error)) continue;
     if (fs::equivalent(result, input, error)) around.result_is_input = shown_name(path, file);
     if (file == FileId::suppression || around.younger_input) continue;
@@ -156,14 +156,17 @@ bool is_element_line(std::string_view line) {
                              [&](Span outflow) { return is_type_or_blank(line, outflow); });
 }
 
+fs::path path_of(const VariantPath& path, FileId file) {
+  return path.folder / file_name(path, file);
+}
+
 Variant read_variant(const VariantPath& path) {
   Variant variant;
   variant.path = path;
   for (std::size_t i = 0; i < file_count; ++i) {
     const auto file = static_cast<FileId>(i);
-    variant.files[i] = is_input(file)
-                           ? TextFile::read(path.folder / file_name(path, file), shown_name(path, file))
-                           : TextFile::named(shown_name(path, file));
+    variant.files[i] = is_input(file) ? TextFile::read(path_of(path, file), shown_name(path, file))
+                                      : TextFile::named(shown_name(path, file));
   }
   variant.surroundings = look_around(path);
   take_in(variant);

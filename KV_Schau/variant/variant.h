@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -128,6 +129,9 @@ struct Variant {
     return other_lines[static_cast<std::size_t>(data_file) - 1];
   }
 };
+
+/// Where a file of a variant lies.
+std::filesystem::path path_of(const VariantPath& path, FileId file);
 
 /// Reads all files of a variant. What is missing or cannot be read shows in the states of the files.
 Variant read_variant(const VariantPath& path);

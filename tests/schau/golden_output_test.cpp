@@ -1,5 +1,6 @@
 // Holds what the commands show of the example and of golden variants against expected texts.
 //
+// The inputs of a case are those in inputs/<case>/, or those of the golden variant of that name.
 // expected/<case>/ holds one file a call: its first line is the call, the rest its standard output, and where
 // there is one, a line "== Fehlerausgabe" with standard error behind it; the last line tells the exit status.
 // With KV_ACCEPT=1 in the environment the files are written anew, to be read before they are kept.
@@ -44,6 +45,7 @@ std::vector<GoldenOutput> golden_outputs() {
 
 fs::path inputs_of(const std::string& variant) {
   if (variant == "rausel") return KV_EXAMPLES_DIR;
+  if (fs::exists(fs::path(KV_INPUTS_DIR) / variant)) return fs::path(KV_INPUTS_DIR) / variant;
   return fs::path(KV_VARIANTS_DIR) / variant / "in";
 }
 

@@ -72,6 +72,19 @@ TEST_F(Tabelle, IsRefusedWithoutAWholeResult) {
   EXPECT_THAT(folder.err, HasSubstr("kann nicht gelesen werden: keine gewöhnliche Datei"));
 }
 
+// What lies upstream of a reach is told only of the network that the result comes from.
+TEST_F(Tabelle, HasMoreColumnsOnlyBesideItsOwnNetwork) {
+  EXPECT_THAT(run({"tabelle", "rausel", "--mehr"}).out, HasSubstr("Einzugsgebiet"));
+  std::string system = read_bytes(file("rausel.sys"));
+  system.replace(system.find("T0060   N0050"), 5, "T0061");
+  write_bytes(file("rausel.sys"), system);
+  EXPECT_EQ(run({"tabelle", "rausel"}).exit_status, 1);
+  const child::Outcome refused = run({"tabelle", "rausel", "--mehr"});
+  EXPECT_EQ(refused.exit_status, 3);
+  EXPECT_EQ(refused.out, "");
+  EXPECT_THAT(refused.err, HasSubstr("für --mehr bitte neu rechnen"));
+}
+
 // An old result is given out, but not without a word.
 TEST_F(Tabelle, WarnsOfAResultThatIsNotOfTheseFiles) {
   fs::last_write_time(file("rausel.kfl"), fs::file_time_type::clock::now() + std::chrono::seconds(50));

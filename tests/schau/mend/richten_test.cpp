@@ -1,0 +1,119 @@
+// The command richten as a program: what it writes, and what it leaves alone.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tests/schau/folder_state.h"
+#include "tests/schau/program.h"
+#include "tests/test_files.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+class Richten : public testing::Test {
+ protected:
+  // The example with a decimal comma.
+  Richten() {
+    for (const char* const name : {"rausel.sys", "rausel.nfl", "rausel.kfl", "rausel.trs", "rausel.ver"})
+      fs::copy_file(fs::path(KV_EXAMPLES_DIR) / name, folder_.file(name));
+    good_ = test_files::read_bytes(folder_.file("rausel.nfl"));
+    bad_ = good_;
+    bad_.replace(bad_.find("12.40"), 5, "12,40");
+    test_files::write_bytes(folder_.file("rausel.nfl"), bad_);
+  }
+
+  child::Outcome run(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "richten");
+    return program::run(arguments, folder_.path());
+  }
+
+  [[nodiscard]] std::string bytes(const std::string& name) const {
+    return test_files::read_bytes(folder_.file(name));
+  }
+
+  test_files::TemporaryFolder folder_;
+  std::string good_;
+  std::string bad_;
+};
+
+TEST_F(Richten, shows_first_and_writes_nothing) {
+  const folder_state::State before = folder_state::of(folder_.path());
+  const child::Outcome outcome = run({"rausel"});
+  EXPECT_EQ(outcome.exit_status, 1);
+  EXPECT_THAT(outcome.out, HasSubstr("-   N0010  12,40 0.00\n+   N0010  12.40 0.00\n"));
+  EXPECT_EQ(folder_state::of(folder_.path()), before);
+}
+
+TEST_F(Richten, writes_when_asked_and_keeps_the_old_file) {
+  const folder_state::State before = folder_state::of(folder_.path());
+  const child::Outcome outcome = run({"rausel.sys", "--schreiben"});
+  EXPECT_EQ(outcome.exit_status, 0);
+  EXPECT_THAT(outcome.out, HasSubstr("geschrieben: rausel.nfl~, rausel.nfl\n"));
+  EXPECT_EQ(bytes("rausel.nfl"), good_);
+  EXPECT_EQ(bytes("rausel.nfl~"), bad_);
+  EXPECT_THAT(folder_state::changes(before, folder_state::of(folder_.path())),
+              ElementsAre("rausel.nfl", "rausel.nfl~"));
+  const child::Outcome again = run({"rausel", "--schreiben"});
+  EXPECT_EQ(again.out, "rausel: nichts zu richten\n");
+  EXPECT_EQ(again.exit_status, 0);
+}
+
+TEST_F(Richten, keeps_an_older_copy_of_something_else) {
+  test_files::write_bytes(folder_.file("rausel.nfl~"), "die einzige Fassung von 2019\n");
+  const folder_state::State before = folder_state::of(folder_.path());
+  const child::Outcome refused = run({"rausel", "--schreiben"});
+  EXPECT_EQ(refused.exit_status, 3);
+  EXPECT_THAT(refused.err, HasSubstr("rausel.nfl~ gibt es schon, mit anderem Inhalt"));
+  EXPECT_EQ(folder_state::of(folder_.path()), before);
+  EXPECT_EQ(run({"rausel", "--schreiben", "--sicherung-ersetzen"}).exit_status, 0);
+  EXPECT_EQ(bytes("rausel.nfl~"), bad_);
+}
+
+TEST_F(Richten, takes_a_copy_of_the_same_for_its_own) {
+  test_files::write_bytes(folder_.file("rausel.nfl~"), bad_);
+  EXPECT_EQ(run({"rausel", "--schreiben"}).exit_status, 0);
+  EXPECT_EQ(bytes("rausel.nfl"), good_);
+}
+
+TEST_F(Richten, writes_all_files_or_none) {
+  std::string shares = bytes("rausel.ver");
+  shares.replace(shares.find("65.0"), 4, "65,0");
+  test_files::write_bytes(folder_.file("rausel.ver"), shares);
+  fs::create_directory(folder_.file("rausel.ver~"));
+  const folder_state::State before = folder_state::of(folder_.path());
+  EXPECT_EQ(run({"rausel", "--schreiben", "--sicherung-ersetzen"}).exit_status, 3);
+  EXPECT_EQ(folder_state::of(folder_.path()), before);
+}
+
+TEST_F(Richten, has_nothing_to_do_with_a_good_variant) {
+  test_files::write_bytes(folder_.file("rausel.nfl"), good_);
+  const child::Outcome outcome = run({"rausel"});
+  EXPECT_EQ(outcome.out, "rausel: nichts zu richten\n");
+  EXPECT_EQ(outcome.exit_status, 0);
+}
+
+TEST_F(Richten, tells_what_it_leaves) {
+  std::string areas = bytes("rausel.nfl");
+  areas.replace(areas.find("12,40"), 5, "1,234");
+  test_files::write_bytes(folder_.file("rausel.nfl"), areas);
+  EXPECT_THAT(run({"rausel"}).out, HasSubstr("rausel.nfl:5: Hinweis: \"1,234\" bleibt: "));
+}
+
+TEST_F(Richten, tells_a_file_that_cannot_be_read) {
+  fs::remove(folder_.file("rausel.trs"));
+  fs::create_directory(folder_.file("rausel.trs"));
+  const child::Outcome outcome = run({"rausel"});
+  EXPECT_THAT(outcome.err, HasSubstr("rausel.trs ist nicht lesbar"));
+  EXPECT_EQ(outcome.exit_status, 3);
+  EXPECT_EQ(run({"nichts"}).exit_status, 3);
+  EXPECT_EQ(run({"rausel", "--sicherung-ersetzen"}).exit_status, 64);
+}
+
+}  // namespace
