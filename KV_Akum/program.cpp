@@ -14,9 +14,11 @@ namespace {
 
 // Where there is no memory even for an exception, the language ends the program here.
 [[noreturn]] void end_without_memory() {
-  constexpr std::string_view line = "STOP KV_Akum: Arbeitsspeicher reicht nicht aus\n";
-  std::error_code ignored;
-  runtime::host().write(runtime::standard_error_handle, line.data(), line.size(), ignored);
+  for (const std::string_view text :
+       {"STOP KV_Akum: Arbeitsspeicher reicht nicht aus", runtime::host().line_end()}) {
+    std::error_code ignored;
+    runtime::host().write(runtime::standard_error_handle, text.data(), text.size(), ignored);
+  }
   std::_Exit(EXIT_SUCCESS);
 }
 
@@ -25,8 +27,9 @@ namespace {
 void RunProgram(int argument_count, const char* const* arguments) {
   std::set_terminate(end_without_memory);
   runtime::prepare_process();
-  runtime::set_arguments(argument_count, arguments);
   try {
+    const auto given = runtime::path_arguments(argument_count, arguments);
+    runtime::set_arguments(static_cast<int>(given.size()), given.data());
     ProgramDriver();
   } catch (const std::bad_alloc&) {
     runtime::stop("KV_Akum: Arbeitsspeicher reicht nicht aus");

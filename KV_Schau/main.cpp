@@ -11,12 +11,14 @@
 
 #include "KV_Schau/command.h"
 #include "KV_Schau/exit_status.h"
+#include "KV_Schau/host.h"
 #include "KV_Schau/terminal.h"
 
 namespace schau {
 namespace {
 
 constexpr std::string_view help_flags = "-h,--help,--hilfe";
+constexpr std::string_view version_flag = "--version";
 
 // The library's own words in German.
 std::shared_ptr<CLI::Formatter> german_formatter() {
@@ -51,13 +53,13 @@ bool is_command(std::string_view word) {
   return std::ranges::any_of(commands(), [&](const Command& command) { return command.name == word; });
 }
 
-bool asks_for_help(std::string_view word) {
-  return word == "-h" || word == "--help" || word == "--hilfe";
+bool asks_about_program(std::string_view word) {
+  return word == "-h" || word == "--help" || word == "--hilfe" || word == version_flag;
 }
 
 // Puts the default command before arguments that name none.
 std::vector<std::string> complete_arguments(std::vector<std::string> arguments) {
-  if (arguments.empty() || is_command(arguments.front()) || asks_for_help(arguments.front()))
+  if (arguments.empty() || is_command(arguments.front()) || asks_about_program(arguments.front()))
     return arguments;
   for (const Command& command : commands()) {
     if (command.is_default) arguments.insert(arguments.begin(), std::string(command.name));
@@ -121,6 +123,7 @@ ExitStatus run(std::vector<std::string> arguments) {
   CLI::App parser("KV_Schau prüft Varianten für KV_Akum, rechnet sie und zeigt, was dabei herauskommt.",
                   "KV_Schau");
   make_german(parser);
+  parser.set_version_flag(std::string(version_flag), "KV_Schau " KV_VERSION "\n", "die Version zeigen");
   parser.require_subcommand(1);
   parser.footer(
       "KV_Schau BEFEHL --help zeigt die Optionen eines Befehls.\n"
@@ -135,6 +138,9 @@ ExitStatus run(std::vector<std::string> arguments) {
     return run_command(parser);
   } catch (const CLI::CallForHelp&) {
     return show_help(parser);
+  } catch (const CLI::CallForVersion& version) {
+    write_out(version.what());
+    return ExitStatus::clean;
   } catch (const CLI::ParseError& error) {
     return refuse(reason_of(error, parser), parser);
   } catch (const UsageError& error) {
@@ -160,6 +166,6 @@ ExitStatus run_and_finish(std::vector<std::string> arguments) {
 }  // namespace schau
 
 int main(int argc, char** argv) {
-  schau::prepare_streams();
-  return static_cast<int>(schau::run_and_finish({argv + 1, argv + argc}));
+  schau::host::prepare_streams();
+  return static_cast<int>(schau::run_and_finish(schau::host::arguments(argc, argv)));
 }

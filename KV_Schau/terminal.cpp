@@ -1,28 +1,13 @@
-// The only file of this folder that knows the host.
-
 #include "KV_Schau/terminal.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
-#ifdef _WIN32
-#include <fcntl.h>
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
+#include "KV_Schau/host.h"
 
 namespace schau {
 namespace {
-
-bool output_is_terminal() {
-#ifdef _WIN32
-  return _isatty(_fileno(stdout)) != 0;
-#else
-  return isatty(STDOUT_FILENO) == 1;
-#endif
-}
 
 bool set(const char* variable) {
   const char* const value = std::getenv(variable);
@@ -32,32 +17,20 @@ bool set(const char* variable) {
 }  // namespace
 
 bool error_is_terminal() {
-#ifdef _WIN32
-  return _isatty(_fileno(stderr)) != 0;
-#else
-  return isatty(STDERR_FILENO) == 1;
-#endif
+  return host::is_terminal(stderr);
 }
 
 void write_progress(std::string_view text) {
-  const std::string line = "\r\x1B[K" + std::string(text);
   std::fflush(stdout);
-  std::fwrite(line.data(), 1, line.size(), stderr);
+  host::write(stderr, "\r\x1B[K" + std::string(text));
 }
 
 bool use_colours() {
-  return output_is_terminal() && !set("NO_COLOR");
-}
-
-void prepare_streams() {
-#ifdef _WIN32
-  _setmode(_fileno(stdout), _O_BINARY);
-  _setmode(_fileno(stderr), _O_BINARY);
-#endif
+  return host::is_terminal(stdout) && !set("NO_COLOR");
 }
 
 bool write_out(std::string_view text) {
-  return std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+  return host::write(stdout, text);
 }
 
 bool finish_output() {
@@ -66,8 +39,7 @@ bool finish_output() {
 }
 
 void write_error(std::string_view line) {
-  const std::string text = std::string(line) + "\n";
-  std::fwrite(text.data(), 1, text.size(), stderr);
+  host::write(stderr, std::string(line) + "\n");
 }
 
 }  // namespace schau

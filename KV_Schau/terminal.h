@@ -8,9 +8,6 @@ namespace schau {
 /// NO_COLOR, see no-color.org).
 bool use_colours();
 
-/// Makes standard output and standard error take bytes as they are.
-void prepare_streams();
-
 /// Writes to standard output. False when not all could be written; what comes later is lost too.
 bool write_out(std::string_view text);
 /// Writes out what is still held back. False when that, or an earlier write, failed.

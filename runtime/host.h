@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <system_error>
 
@@ -87,6 +88,10 @@ void set_host(Host* replacement);
 inline constexpr int standard_input_handle = 0;
 inline constexpr int standard_output_handle = 1;
 inline constexpr int standard_error_handle = 2;
+
+/// The arguments of the program as texts that are good for paths, its own name first. They live as long as
+/// the program.
+std::span<const char* const> path_arguments(int count, const char* const* values);
 
 /// Asks for large pages under memory that is not touched yet, where the system has them.
 void advise_large_pages(void* memory, std::size_t bytes);

@@ -330,6 +330,10 @@ void set_host(Host* replacement) {
   replacement_host = replacement;
 }
 
+std::span<const char* const> path_arguments(int count, const char* const* values) {
+  return {values, static_cast<std::size_t>(std::max(count, 0))};
+}
+
 void advise_large_pages(void* memory, std::size_t bytes) {
 #ifdef MADV_HUGEPAGE
   // Only whole pages can be advised on.

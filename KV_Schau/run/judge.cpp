@@ -33,13 +33,9 @@ std::string fault_of_stop(Stop stop, const RunOptions& options) {
   return {};
 }
 
-std::string fault_of_signal(int signal) {
-  const std::string_view meaning = host::meaning_of_signal(signal);
-  return fmt::format("KV_Akum ist abgestürzt (Signal {}{}{})", signal, meaning.empty() ? "" : ": ", meaning);
-}
-
 std::string fault_of_ending(const Ending& ending, const RunOptions& options) {
-  if (ending.kind == Ending::Kind::crashed) return fault_of_signal(ending.signal);
+  if (ending.kind == Ending::Kind::crashed)
+    return fmt::format("KV_Akum ist abgestürzt ({})", host::shown_signal(ending.signal));
   if (ending.kind == Ending::Kind::not_started) {
     return fmt::format("KV_Akum ({}) kann nicht gestartet werden: {}", options.program.string(),
                        ending.reason);

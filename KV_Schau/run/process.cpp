@@ -63,14 +63,21 @@ class OutputReader {
   bool ended_ = false;
 };
 
+// As the host takes them.
+std::vector<std::filesystem::path::string_type> native_texts(const std::vector<std::string>& texts) {
+  std::vector<std::filesystem::path::string_type> native;
+  for (const std::string& text : texts) native.push_back(std::filesystem::path(text).native());
+  return native;
+}
+
 class Supervision {
  public:
   /// Starts the program; throws what the system says when it cannot be.
   Supervision(const CommandLine& command, const TakeBytes& take_output, const TakeBytes& take_error)
       : output_(context_, take_output),
         error_(context_, take_error),
-        child_(process::exe = command.program.string(), process::args = command.arguments,
-               process::start_dir = command.folder.string(),
+        child_(process::exe = command.program.native(), process::args = native_texts(command.arguments),
+               process::start_dir = command.folder.native(),
                process::std_in<process::null, process::std_out> output_.pipe(),
                process::std_err > error_.pipe(), group_) {}
 

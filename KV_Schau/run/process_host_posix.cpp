@@ -1,16 +1,15 @@
+#include <fmt/format.h>
 #include <sys/wait.h>
 
 #include <csignal>
+#include <string_view>
 
 #include "KV_Schau/run/process_host.h"
 
 namespace schau::run::host {
+namespace {
 
-std::optional<int> signal_of(int status) {
-  if (!WIFSIGNALED(status)) return std::nullopt;
-  return WTERMSIG(status);
-}
-
+// Empty for one that says nothing.
 std::string_view meaning_of_signal(int signal) {
   switch (signal) {
     case SIGSEGV:
@@ -30,6 +29,18 @@ std::string_view meaning_of_signal(int signal) {
     default:
       return {};
   }
+}
+
+}  // namespace
+
+std::optional<int> signal_of(int status) {
+  if (!WIFSIGNALED(status)) return std::nullopt;
+  return WTERMSIG(status);
+}
+
+std::string shown_signal(int signal) {
+  const std::string_view meaning = meaning_of_signal(signal);
+  return fmt::format("Signal {}{}{}", signal, meaning.empty() ? "" : ": ", meaning);
 }
 
 void prepare_signals() {

@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "KV_Schau/variant/shown_text.h"
+
 namespace schau::run {
 namespace {
 
@@ -33,7 +35,8 @@ std::string reason_of(const std::error_code& fault) {
   for (const Reason& reason : usual_reasons) {
     if (fault == reason.fault) return std::string(reason.text);
   }
-  return fault.message();
+  // In the words of the language's own errors where there are any: those of a system may be in any encoding.
+  return variant::shown_utf8(fault.default_error_condition().message());
 }
 
 }  // namespace schau::run

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
@@ -12,17 +12,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
-
-OpenFile open_for_reading(const fs::path& path) {
-  return OpenFile(std::fopen(path.string().c_str(), "rb"));
-}
-
-std::string reason_of(int error) {
-  return std::generic_category().message(error);
+// In the words of the language's own errors where there are any: those of a system may be in any encoding.
+std::string reason_of(const std::error_code& error) {
+  return error.default_error_condition().message();
 }
 
 }  // namespace
@@ -38,15 +30,17 @@ TextFile TextFile::read(const fs::path& path, std::string shown) {
     return file;
   }
   const std::uintmax_t size = fs::file_size(path, error);
-  const OpenFile source = error ? nullptr : open_for_reading(path);
-  if (!source) {
-    file.fault_ = error ? error.message() : reason_of(errno);
+  errno = 0;
+  std::ifstream source(path, std::ios::binary);
+  if (!error && !source) error = {errno == 0 ? EIO : errno, std::generic_category()};
+  if (error) {
+    file.fault_ = reason_of(error);
     return file;
   }
   file.size_ = static_cast<std::size_t>(size);
   file.bytes_ = std::make_unique_for_overwrite<char[]>(file.size_);
-  const std::size_t got = std::fread(file.bytes_.get(), 1, file.size_, source.get());
-  if (got < file.size_) {
+  source.read(file.bytes_.get(), static_cast<std::streamsize>(file.size_));
+  if (!source) {
     file.fault_ = "endet vor ihrer Länge: sie wird gerade geändert, oder der Datenträger ist gestört";
     return file;
   }
