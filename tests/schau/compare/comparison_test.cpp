@@ -225,7 +225,7 @@ TEST(Causes, are_basins_that_end_direct_areas) {
   newer.line(FileId::sys, line_of_t0040) = text_of({"T0040", {"T0020", "T0030", "N0020"}, {"B0010"}});
   newer.line(FileId::sys, line_of_t0050) = text_of({"T0050", {"B0010"}, {"ENDE"}});
   const Comparison comparison = comparison_of(Bed(), newer);
-  EXPECT_THAT(causes_of(comparison), ElementsAre("T0050: B0010 (neu)"));
+  ASSERT_THAT(causes_of(comparison), ElementsAre("T0050: B0010 (neu)"));
   EXPECT_THAT(comparison.reaches[0].differs, ElementsAre(true, false, false, false, false, false, false));
 }
 
