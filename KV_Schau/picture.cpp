@@ -72,12 +72,12 @@ void convert(const fs::path& converter, const fs::path& svg, const fs::path& tar
              double zoom) {
   std::string words;
   const auto take = [&](std::string_view bytes) { words += bytes; };
-  const run::Ending ending =
-      run::run_process({converter,
-                        {"--unlimited", fmt::format("--format={}", format),
-                         fmt::format("--zoom={:.4f}", zoom), "--output", target.string(), svg.string()},
-                        fs::current_path()},
-                       take, take, run::end_requested);
+  const run::Ending ending = run::run_process(
+      {converter,
+       {"--unlimited", fmt::format("--format={}", format), fmt::format("--zoom={:.4f}", zoom), "--output",
+        fs::absolute(target).string(), fs::absolute(svg).string()},
+       fs::current_path()},
+      take, take, run::end_requested);
   if (ending.kind == run::Ending::Kind::exited && ending.exit_status == 0) return;
   words.erase(std::min(words.size(), words.find_last_not_of("\r\n") + 1));
   throw run::FileFault(fmt::format("rsvg-convert hat aus dem Plan kein Bild gemacht{}{}",

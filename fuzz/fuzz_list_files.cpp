@@ -1,6 +1,7 @@
 // The listing of a folder: the first line is the filter, the rest what the command interpreter's "dir" wrote.
 
 #include <algorithm>
+#include <system_error>
 
 #include "fuzz/fuzz_bed.h"
 #include "m_files/m_files.h"
@@ -14,9 +15,9 @@ constexpr std::string_view listing_path = "D:\\\\files.lis";
 class SuiteMachine final : public ForwardingHost {
  public:
   [[nodiscard]] char separator() const override { return '\\'; }
-  runtime::FileFacts look(const std::string& path) override {
+  runtime::FileFacts look(const std::string& path, std::error_code& reason) override {
     if (path == "D:\\") return {.kind = runtime::FileKind::folder};
-    return ForwardingHost::look(path);
+    return ForwardingHost::look(path, reason);
   }
 };
 

@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-scripts/install-tools.sh g++ cmake ninja-build libcli11-dev libfmt-dev nlohmann-json3-dev libboost1.81-dev >&2
+scripts/install-tools.sh @build @tests >&2
 cmake --preset release -DKV_TESTS=ON >&2
 cmake --build --preset release --target KV_Akum kv_generate kv_yardstick kv_empty kv_compare >&2
 

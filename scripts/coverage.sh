@@ -16,7 +16,7 @@ case "${1:-}" in
 esac
 
 build=build/coverage
-scripts/install-tools.sh g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev gcovr python3 >&2
+scripts/install-tools.sh @build @tests gcovr python3 >&2
 
 if [ "${1:-}" != --report ]; then
   cmake --preset debug -B "$build" -DKV_TESTS=ON -DCMAKE_CXX_FLAGS_DEBUG="-O0 --coverage -fprofile-update=atomic" >&2

@@ -9,7 +9,7 @@ variant=rausel
 build=$PWD/build/demo
 program=$build/bin/KV_Akum
 
-scripts/install-tools.sh g++ cmake ninja-build libcli11-dev libfmt-dev nlohmann-json3-dev libboost1.81-dev
+scripts/install-tools.sh @build
 cmake --preset release -B "$build"
 cmake --build "$build"
 

@@ -20,8 +20,7 @@ if ! [[ $amount =~ ^[1-9][0-9]*$ ]]; then
   exit 2
 fi
 
-scripts/install-tools.sh g++ clang libclang-rt-dev cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev \
-  libcli11-dev libfmt-dev nlohmann-json3-dev libboost1.81-dev
+scripts/install-tools.sh @build @tests clang libclang-rt-dev
 cmake --preset asan -DKV_TESTS=ON
 cmake --build --preset asan --target fuzzers
 

@@ -1,21 +1,34 @@
 #!/usr/bin/env bash
-# Makes sure that the Debian packages named as arguments are installed.
+# Makes sure that the Debian packages named as arguments are installed. "@build" stands for what building the
+# programs takes, "@tests" for what their tests take besides.
 # Installs the missing ones when it may (root, or sudo without a password);
 # otherwise prints the one command that does it and fails.
 set -euo pipefail
 
 if [ "$#" -eq 0 ]; then
-  echo "usage: ${0##*/} PACKAGE..." >&2
+  echo "usage: ${0##*/} PACKAGE|@build|@tests..." >&2
   exit 2
 fi
 
+wanted=()
+for package in "$@"; do
+  case "$package" in
+    @build)
+      wanted+=(g++ cmake ninja-build libcli11-dev libfmt-dev nlohmann-json3-dev libboost1.81-dev
+        libkainjow-mustache-dev)
+      ;;
+    @tests) wanted+=(libgtest-dev libgmock-dev libbenchmark-dev librsvg2-bin parallel) ;;
+    *) wanted+=("$package") ;;
+  esac
+done
+
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
-  echo "This is no Debian system; needed are the equivalents of: $*" >&2
+  echo "This is no Debian system; needed are the equivalents of: ${wanted[*]}" >&2
   exit 0
 fi
 
 missing=()
-for package in "$@"; do
+for package in "${wanted[@]}"; do
   status=$(dpkg-query --show --showformat='${db:Status-Status}' "$package" 2>/dev/null || true)
   [ "$status" = installed ] || missing+=("$package")
 done

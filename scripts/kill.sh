@@ -13,7 +13,7 @@ if ! [[ $rounds =~ ^[1-9][0-9]*$ ]]; then
   exit 2
 fi
 
-scripts/install-tools.sh g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev >&2
+scripts/install-tools.sh @build @tests >&2
 cmake --preset release -DKV_TESTS=ON >&2
 cmake --build --preset release --target KV_Akum kv_generate >&2
 program=$PWD/build/release/bin/KV_Akum

@@ -3,5 +3,5 @@
 #   scripts/mutate.sh [--seed S] [--count N] [--only FILES] [--jobs J] [--survivors] [--report]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-scripts/install-tools.sh g++ cmake ninja-build ccache python3 git libgtest-dev libgmock-dev libbenchmark-dev >&2
+scripts/install-tools.sh @build @tests ccache python3 git >&2
 exec nice -n 19 python3 scripts/mutate.py "$@"

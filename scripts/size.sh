@@ -8,7 +8,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 if [ "$#" -eq 0 ]; then set -- 2000000 10000000; fi
 
-scripts/install-tools.sh g++ cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev time >&2
+scripts/install-tools.sh @build @tests time >&2
 cmake --preset release -DKV_TESTS=ON >&2
 cmake --build --preset release --target KV_Akum kv_generate >&2
 program=$PWD/build/release/bin/KV_Akum

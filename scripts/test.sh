@@ -5,9 +5,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-scripts/install-tools.sh g++ clang libclang-rt-dev cmake ninja-build libgtest-dev libgmock-dev libbenchmark-dev \
-  clang-format clang-tidy cppcheck git libcli11-dev libfmt-dev nlohmann-json3-dev \
-  libboost1.81-dev
+scripts/install-tools.sh @build @tests clang libclang-rt-dev clang-format clang-tidy cppcheck git
 
 # Runs a step: its name, then the command.
 step() {

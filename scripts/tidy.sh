@@ -3,7 +3,8 @@
 # header that they include. Over all sources when that commit is not in the history, or .clang-tidy changed.
 #   scripts/tidy.sh          what changed
 #   scripts/tidy.sh --all    all; clean, with everything committed, the commit is written to scripts/tidy-clean-at
-# The preset release must have been built: ninja has recorded the headers of each source there.
+# The preset asan must have been built: its compiler is of the same family, and ninja has recorded the headers of
+# each source there.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -15,7 +16,7 @@ case "${1:-}" in
     ;;
 esac
 
-build=build/release
+build=build/asan
 record=scripts/tidy-clean-at
 
 # The sources of the compile database, one a line, as paths in the project.

@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-scripts/install-tools.sh g++ cmake ninja-build valgrind >&2
+scripts/install-tools.sh @build valgrind >&2
 build=$PWD/build/valgrind
 cmake --preset release -B "$build" >&2
 cmake --build "$build" --target KV_Akum >&2

@@ -9,8 +9,8 @@ namespace {
 
 std::uint8_t slot_of(const network::Network& network, Element from, Element to) {
   const auto& outflow = network.outflow[from];
-  for (std::uint8_t k = 0; k < outflow.size(); ++k) {
-    if (outflow[k] == to) return k;
+  for (std::size_t k = 0; k < outflow.size(); ++k) {
+    if (outflow[k] == to) return static_cast<std::uint8_t>(k);
   }
   return Link::unnamed;
 }

@@ -3,7 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <iterator>
 #include <optional>
 
@@ -66,9 +68,9 @@ std::string_view kind_words(char type) {
 }
 
 std::string short_area(double area) {
-  constexpr int most_decimals = 3;
-  int decimals = most_decimals;
-  for (double limit = 10.0; decimals > 0 && std::abs(area) >= limit; limit *= 10.0) --decimals;
+  constexpr std::array<double, 3> limits = {10.0, 100.0, 1000.0};
+  const auto passed = std::ranges::count_if(limits, [&](double limit) { return std::abs(area) >= limit; });
+  const auto decimals = static_cast<std::ptrdiff_t>(limits.size()) - passed;
   return fmt::format("{:.{}f} km²", area, decimals);
 }
 

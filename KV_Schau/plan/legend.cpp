@@ -107,8 +107,10 @@ std::vector<std::string> subtitle_of(const Facts& facts, const Options& options,
   lines.push_back(text);
   std::string part;
   if (options.above != 0) part = fmt::format("oberhalb von {}", name_of(facts, options.above));
-  if (options.levels)
-    part += fmt::format("{}bis {} Ebenen aufwärts", part.empty() ? "" : ", ", *options.levels);
+  if (options.levels) {
+    part += fmt::format("{}bis {} {} aufwärts", part.empty() ? "" : ", ", *options.levels,
+                        *options.levels == 1 ? "Ebene" : "Ebenen");
+  }
   if (!part.empty()) lines.push_back(part);
   const network::Areas& areas = facts.flow.total[foot];
   lines.push_back(
@@ -123,11 +125,8 @@ std::vector<std::string> subtitle_of(const Facts& facts, const Options& options,
 std::vector<double> sample_areas(double widest_area) {
   std::vector<double> areas;
   if (!(widest_area > 0.0)) return areas;
-  constexpr std::size_t most = 4;
-  double step = std::pow(10.0, std::floor(std::log10(widest_area)));
-  for (; areas.size() < most; step /= 10.0) {
-    if (step <= widest_area) areas.push_back(step);
-  }
+  const double exponent = std::floor(std::log10(widest_area));
+  for (const double below : {0.0, 1.0, 2.0, 3.0}) areas.push_back(std::pow(10.0, exponent - below));
   return areas;
 }
 

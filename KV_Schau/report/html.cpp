@@ -143,7 +143,7 @@ json element_rows(const Report& report) {
   for (const ElementEntry& entry : report.elements) {
     rows.push_back({entry.name, std::string(1, entry.type), entry.description, entry.line,
                     number(entry.station), number(entry.areas.natural), number(entry.areas.canalised),
-                    number(entry.areas.impervious), number(entry.areas.all()), number(entry.sealing)});
+                    number(entry.areas.impervious), number(entry.total), number(entry.sealing)});
   }
   return rows;
 }

@@ -48,13 +48,14 @@ Result find_result(const Variant& variant) {
   return {std::move(table), fmt::format("Die Flächen der Transportstrecken stammen aus {}.", shown)};
 }
 
-std::optional<Areas> areas_of(const run::Reach& reach) {
-  const auto is_number = [](const run::Areas& areas) {
-    return areas.total.kind == run::Number::Kind::number;
-  };
-  if (!is_number(reach.natural) || !is_number(reach.canalised) || !is_number(reach.impervious))
-    return std::nullopt;
-  return Areas{reach.natural.total.value, reach.canalised.total.value, reach.impervious.total.value};
+void take_over(ElementEntry& entry, const run::Reach& reach) {
+  const auto is_number = [](const run::Number& number) { return number.kind == run::Number::Kind::number; };
+  if (!is_number(reach.natural.total) || !is_number(reach.canalised.total) ||
+      !is_number(reach.impervious.total) || !is_number(reach.total)) {
+    return;
+  }
+  entry.areas = {reach.natural.total.value, reach.canalised.total.value, reach.impervious.total.value};
+  entry.total = reach.total.value;
 }
 
 // Elements.
@@ -69,6 +70,7 @@ ElementEntry entry_of(const plan::Facts& facts, Element element) {
   entry.line = facts.variant.element_lines[element];
   entry.station = plan::station_of(facts, element);
   entry.areas = facts.flow.total[element];
+  entry.total = entry.areas.all();
   return entry;
 }
 
@@ -81,8 +83,7 @@ std::vector<ElementEntry> entries_of(const plan::Facts& facts, const std::option
     auto reach = table->reaches.begin();
     for (ElementEntry& entry : entries) {
       if (entry.type != 'T' || reach == table->reaches.end()) continue;
-      entry.areas = areas_of(*reach).value_or(entry.areas);
-      ++reach;
+      take_over(entry, *reach++);
     }
   }
   for (ElementEntry& entry : entries) entry.sealing = plan::sealing_of(entry.areas);
@@ -195,9 +196,11 @@ Areas difference(const Areas& left, const Areas& right) {
 
 void add_balance(Report& report, const plan::Facts& facts) {
   const network::Balance& balance = facts.flow.balance;
-  report.balance = {{"Quellen", balance.sources},
-                    {"Auslass", balance.outlet},
-                    {"Unterschied", difference(balance.sources, balance.outlet)}};
+  const Element outlet = facts.network.outlet();
+  report.balance = {
+      {"Quellen (N, K)", balance.sources},
+      {outlet == 0 ? "am Auslass" : "am Auslass " + plan::name_of(facts, outlet), balance.outlet},
+      {"Differenz", difference(balance.sources, balance.outlet)}};
   std::vector<network::Loss> losses = balance.losses;
   std::ranges::stable_sort(losses, std::ranges::greater(),
                            [](const network::Loss& loss) { return std::abs(loss.areas.all()); });

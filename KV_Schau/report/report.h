@@ -44,6 +44,7 @@ struct ElementEntry {
   std::uint32_t line = 0;         ///< in the system file
   std::optional<double> station;  ///< km
   network::Areas areas;
+  double total = 0.0;             ///< natural and canalised; of a result, the figure that stands in it
   std::optional<double> sealing;  ///< a fraction
 };
 

@@ -64,7 +64,8 @@ class Tree {
     for (const TreeElement& element : elements_) {
       SystemLine line{element.name};
       for (const std::size_t inflow : element.inflows) line.inflows.push_back(elements_[inflow].name);
-      line.outflows.push_back(element.outflow == 0 ? "ENDE" : elements_[element.outflow - 1].name);
+      line.outflows.push_back(element.outflow == 0 ? std::string_view("ENDE")
+                                                   : elements_[element.outflow - 1].name);
       bed.lines(FileId::sys).push_back(text_of(line));
       if (element.name[0] == 'N') {
         bed.lines(FileId::nfl)
