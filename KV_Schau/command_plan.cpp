@@ -102,7 +102,7 @@ ExitStatus run_command() {
 
 const Registration registration({.name = "plan",
                                  .description = "den Systemplan zeichnen: als SVG, PNG oder PDF",
-                                 .rank = 40,
+                                 .rank = 34,
                                  .add_options = add_options,
                                  .run = run_command});
 

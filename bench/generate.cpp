@@ -63,7 +63,8 @@ constexpr std::string_view type_letters = "NKETVBP";
 /// Links are positions in system order, 1-based; 0 is no link.
 struct Element {
   char type = ' ';
-  std::uint32_t number = 0;  ///< counted within the type, from 1
+  std::uint32_t number = 0;    ///< counted within the type, from 1
+  bool small_letters = false;  ///< its number is written with small letters too
   std::array<std::uint32_t, max_inflows> inflow{};
   std::array<std::uint32_t, 2> outflow{};
 };
@@ -103,6 +104,8 @@ class NetworkBuilder {
   static constexpr std::string_view opening = "NKETVTBP";
   static constexpr std::uint32_t smallest_with_opening = 10;
   static constexpr std::size_t most_open_outflows = 60;
+  /// Even if all were of one type, four digits or capital letters would do for so many.
+  static constexpr std::uint32_t most_without_small_letters = 36 * 36 * 36 * 36 - 1;
 
   std::uint32_t count_;
   Random random_;
@@ -181,6 +184,7 @@ class NetworkBuilder {
     Element element;
     element.type = type;
     element.number = ++numbers_.at(type_letters.find(type));
+    element.small_letters = count_ > most_without_small_letters;
     take_inflows(element, position, inflows);
     elements_.push_back(element);
 
@@ -223,7 +227,8 @@ constexpr std::size_t name_width = 5;
 using Name = std::array<char, name_width>;
 
 Name name_of(const Element& element) {
-  constexpr std::string_view digits = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+  constexpr std::string_view all_digits = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+  const std::string_view digits = all_digits.substr(0, element.small_letters ? 62 : 36);
   Name name{element.type};
   std::uint32_t rest = element.number;
   for (std::size_t column = name_width - 1; column > 0; --column) {

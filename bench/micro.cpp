@@ -26,7 +26,8 @@ constexpr int unit = 100;
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::string& text)
-      : path_(std::filesystem::temp_directory_path() / ("kv_micro_" + std::to_string(std::random_device{}()))) {
+      : path_(std::filesystem::temp_directory_path() /
+              ("kv_micro_" + std::to_string(std::random_device{}()))) {
     std::ofstream(path_, std::ios::binary) << text;
   }
   TemporaryFile(const TemporaryFile&) = delete;

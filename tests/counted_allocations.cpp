@@ -40,7 +40,7 @@ int end() {
 }  // namespace counted_allocations
 
 // The names are the linker's.
-// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 extern "C" {
 void* __real_malloc(std::size_t bytes);
 void* __real_calloc(std::size_t count, std::size_t bytes);
@@ -57,7 +57,7 @@ void* operator new(std::size_t bytes) {
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
-// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 void operator delete(void* memory) noexcept {
   std::free(memory);

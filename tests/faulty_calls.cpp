@@ -62,7 +62,7 @@ ssize_t transferred(Call call, std::size_t count, Transfer transfer) {
 }  // namespace
 
 // The names and their parameters are the system's.
-// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl50-cpp,cert-dcl51-cpp)
 extern "C" {
 
 void* __libc_malloc(std::size_t bytes);
@@ -146,4 +146,4 @@ void* calloc(std::size_t count, std::size_t bytes) {
   return is_refused(Call::allocation) ? nullptr : __libc_calloc(count, bytes);
 }
 }
-// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl50-cpp,cert-dcl51-cpp)

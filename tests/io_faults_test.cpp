@@ -26,6 +26,7 @@
 #include "tests/chain.h"
 #include "tests/notices.h"
 #include "tests/program.h"
+#include "tests/sanitized.h"
 #include "tests/test_files.h"
 
 namespace {
@@ -35,13 +36,6 @@ using child::Outcome;
 using notices::closing;
 using test_files::read_bytes;
 using test_files::write_bytes;
-
-// A sanitizer asks for handles and address space of its own.
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool sanitized = true;
-#else
-constexpr bool sanitized = false;
-#endif
 
 void redirect(int descriptor, const char* path, int flags) {
   const int file = open(path, flags, 0600);

@@ -21,6 +21,7 @@
 #include "tests/counted_allocations.h"
 #include "tests/forwarding_host.h"
 #include "tests/run_faults.h"
+#include "tests/sanitized.h"
 #include "tests/test_files.h"
 #include "tests/test_host.h"
 
@@ -208,13 +209,8 @@ class RunFaults : public testing::TestWithParam<Scene> {
 };
 
 // A run is the slower the more a build checks.
-#ifdef __SANITIZE_ADDRESS__
-constexpr int usual_most = 4;
-constexpr int usual_most_of_large = 2;
-#else
-constexpr int usual_most = std::numeric_limits<int>::max();
-constexpr int usual_most_of_large = 6;
-#endif
+constexpr int usual_most = sanitized ? 3 : std::numeric_limits<int>::max();
+constexpr int usual_most_of_large = sanitized ? 2 : 6;
 
 // All calls of each kind in the long form.
 int most_calls(int usual) {
@@ -240,8 +236,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(RunFaults, OfALargeVariantAreToldOrLeaveEverythingRight) {
   const test_files::TemporaryFolder folder(test_files::fast_folder());
   const child::Outcome generated = child::run([&] {
-    execl(KV_GENERATE, KV_GENERATE, "--elements", "20000", "--unit-lines", folder.file("large").c_str(),
-          nullptr);
+    execl(KV_GENERATE, KV_GENERATE, "--elements", sanitized ? "5000" : "20000", "--unit-lines",
+          folder.file("large").c_str(), nullptr);
     _exit(126);
   });
   ASSERT_EQ(generated.ending, "exit status 0") << generated.err;

@@ -93,13 +93,16 @@ void write_to(const std::string& path, OpenStatus status) {
   runtime::close(101);
 }
 
+void expect_writing_refused(const std::string& name, OpenStatus status) {
+  EXPECT_STOP(write_to(name, status), fault_line("Schreiben", name, "Operation not permitted"));
+}
+
 TEST_F(SafeInputsDeathTest, AreNotWrittenUnderAnyName) {
   runtime::protect("v.sys");
   for (const std::string name : {"v.sys", "./v.sys", "symbolic", "hard"}) {
     SCOPED_TRACE(name);
-    const std::string refused = fault_line("Schreiben", name, "Operation not permitted");
-    EXPECT_STOP(write_to(name, OpenStatus::unknown), refused);
-    EXPECT_STOP(write_to(name, OpenStatus::old), refused);
+    expect_writing_refused(name, OpenStatus::unknown);
+    expect_writing_refused(name, OpenStatus::old);
     expect_untouched();
   }
 }
@@ -119,7 +122,7 @@ TEST_F(SafeInputsDeathTest, AreNotReplacedByWholeFiles) {
   runtime::protect("v.sys");
   // What has other names is written where it stands, and so refused by the first write.
   for (const std::string name : {"v.sys", "./v.sys", "symbolic", "hard"}) {
-    EXPECT_STOP(write_to(name, OpenStatus::whole), fault_line("Schreiben", name, "Operation not permitted"));
+    expect_writing_refused(name, OpenStatus::whole);
     expect_untouched();
   }
   fs::remove("hard");
@@ -140,14 +143,18 @@ TEST_F(SafeInputs, AreNotRemoved) {
   }
 }
 
+void expect_safe_once_read(const char* name) {
+  EXPECT_STOP(
+      {
+        read_and_close(name);
+        write_to("v.sys", OpenStatus::unknown);
+      },
+      fault_line("Schreiben", "v.sys", "Operation not permitted"));
+}
+
 TEST_F(SafeInputsDeathTest, AFileThatWasReadIsSafe) {
   for (const char* name : {"v.sys", "symbolic", "hard"}) {
-    EXPECT_STOP(
-        {
-          read_and_close(name);
-          write_to("v.sys", OpenStatus::unknown);
-        },
-        fault_line("Schreiben", "v.sys", "Operation not permitted"));
+    expect_safe_once_read(name);
     expect_untouched();
   }
 }
@@ -264,14 +271,18 @@ std::string numbered_records(int count) {
   return bytes;
 }
 
+void expect_reading_told(const std::string& name) {
+  EXPECT_STOP(read_and_close(name), fault_line("Lesen", name, "Input/output error"));
+}
+
 TEST_F(SafeInputsDeathTest, AFileThatIsCutWhileItIsReadIsTold) {
   constexpr int many = 100'000;
   const std::string bytes = numbered_records(many);
-  const std::string line = fault_line("Lesen", "large", "Input/output error");
   for (const std::size_t kept : {std::size_t{0}, bytes.size() / 2, bytes.size() - 1}) {
+    SCOPED_TRACE(kept);
     write_bytes("large", bytes);
     const BeforeReading host(2, [&] { fs::resize_file("large", kept); });
-    EXPECT_STOP(read_and_close("large"), line) << kept;
+    expect_reading_told("large");
   }
 }
 
@@ -281,7 +292,7 @@ TEST_F(SafeInputsDeathTest, AFileThatEndsBeforeItsSizeIsTold) {
     TestHost host;
     host.limit_transfers(5);
     host.shorten(HostCall::read, nth, 0);
-    EXPECT_STOP(read_and_close("v.sys"), fault_line("Lesen", "v.sys", "Input/output error"));
+    expect_reading_told("v.sys");
   }
 }
 

@@ -26,6 +26,7 @@
 #include "tests/notices.h"
 #include "tests/program.h"
 #include "tests/run_faults.h"
+#include "tests/sanitized.h"
 #include "tests/test_files.h"
 
 namespace {
@@ -36,13 +37,6 @@ using notices::closing;
 using std::chrono::microseconds;
 using test_files::read_bytes;
 using test_files::write_bytes;
-
-// A sanitizer asks for memory and time of its own.
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool sanitized = true;
-#else
-constexpr bool sanitized = false;
-#endif
 
 constexpr std::array<std::string_view, 2> whole_files = {"v.Akum", "code.pkl"};
 
@@ -132,7 +126,7 @@ class ChangingInput : public Surroundings {
           std::this_thread::sleep_for(span * moment / moments);
           change();
         });
-        const Outcome outcome = run("v");
+        Outcome outcome = run("v");
         changing.join();
         return outcome;
       });
@@ -270,13 +264,14 @@ INSTANTIATE_TEST_SUITE_P(Outputs, FileSizes,
 
 // A limit on processor time counts seconds; a timer ends the run in the same way from some milliseconds on.
 TEST_F(Surroundings, ARunWhoseProcessorTimeIsOverLeavesTheOldFilesOrTheNewOnes) {
+  const char* const elements = sanitized ? "10000" : "100000";
   const Outcome generated = child::run(
-      [&] { execl(KV_GENERATE, KV_GENERATE, "--elements", "100000", file("v").c_str(), nullptr); });
+      [&] { execl(KV_GENERATE, KV_GENERATE, "--elements", elements, file("v").c_str(), nullptr); });
   ASSERT_EQ(generated.ending, "exit status 0") << generated.err;
   const State right = state_after([&] { return run("v"); });
   int ended = 0;
   bool enough = false;
-  for (int milliseconds = 1; !enough; milliseconds += 4) {
+  for (long milliseconds = 1; !enough; milliseconds += 4) {
     const State found = state_after([&] {
       return run("v", [&] {
         const itimerval timer{.it_interval = {}, .it_value = {.tv_sec = 0, .tv_usec = milliseconds * 1000}};

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <ranges>
 #include <span>
 #include <vector>
 
@@ -107,8 +106,9 @@ class Descent {
     }
   }
 
-  [[nodiscard]] std::ranges::subrange<std::vector<Start>::const_iterator> starts_at(Element element) const {
-    const auto [begin, end] = std::ranges::equal_range(starts_, element, {}, &Start::element);
+  [[nodiscard]] std::span<const Start> starts_at(Element element) const {
+    const auto begin = std::ranges::lower_bound(starts_, element, {}, &Start::element);
+    const auto end = std::ranges::upper_bound(starts_, element, {}, &Start::element);
     return {begin, end};
   }
 

@@ -213,7 +213,6 @@ class VariantComparer {
     moved.old_links = inflows(older_, pair.older);
     moved.new_links = inflows(newer_, pair.newer);
     moved.links_are_inflows = true;
-    if (have_same_names(moved.old_links, moved.new_links)) return;
     const bool is_told = is_told_above(older_, old_tells_, pair.older, moved.new_links) &&
                          is_told_above(newer_, new_tells_, pair.newer, moved.old_links);
     if (!is_told) comparison_.changes.push_back(moved);

@@ -57,10 +57,10 @@ struct Flow {
   Balance balance;
 };
 
-/// The part of the total of one element that goes on to another that names it as an inflow, by KV_Akum's rules:
-/// a branching of code 1 divides it by its share, a basin and a branching of another code give all of it to
-/// their second outflow, the other types pass everything on. A fraction as the record has it, even one beyond
-/// 0 to 1.
+/// The part of the total of one element that goes on to another that names it as an inflow, by KV_Akum's
+/// rules: a branching of code 1 divides it by its share, a basin and a branching of another code give all of
+/// it to their second outflow, the other types pass everything on. A fraction as the record has it, even one
+/// beyond 0 to 1.
 double part_passed_on(const variant::Variant& variant, const Network& network,
                       const std::vector<Taken>& taken, Element from, Element to);
 

@@ -117,7 +117,7 @@ std::vector<Element> loop_in(const Network& network, const std::vector<Element>&
   }
   path.erase(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(met.at(above(path.back()))));
   std::ranges::reverse(path);
-  std::ranges::rotate(path, std::ranges::min_element(path));
+  std::rotate(path.begin(), std::ranges::min_element(path), path.end());
   return path;
 }
 

@@ -127,6 +127,88 @@ data sealing_scale() {
   return scale;
 }
 
+// Comparison.
+
+data changes_of(const Against& against) {
+  data rows(data::type::list);
+  for (const ChangeEntry& entry : against.changes) {
+    data row;
+    row.set("element", entry.element);
+    row.set("place", entry.place);
+    row.set("what", entry.what);
+    row.set("effect", km2(entry.effect));
+    rows << row;
+  }
+  return rows;
+}
+
+data reach_changes_of(const Against& against) {
+  data rows(data::type::list);
+  for (const ReachChangeEntry& entry : against.reaches) {
+    data row;
+    row.set("reach", entry.reach);
+    row.set("before", km2(entry.before));
+    row.set("after", km2(entry.after));
+    row.set("difference", fmt::format("{:+.3f}", entry.after - entry.before));
+    row.set("causes", entry.causes);
+    rows << row;
+  }
+  return rows;
+}
+
+// The lines below the reaches that have more, and those that have less.
+std::string path_of(const Report& report, bool more) {
+  std::string path;
+  for (const plan::PlanLine& line : report.plan.lines) {
+    const std::optional<double>& difference = report.elements.at(line.from - 1).difference;
+    if (!difference || *difference == 0.0 || (*difference > 0.0) != more) continue;
+    char letter = 'M';
+    for (const plan::Point& point : line.points) {
+      path += fmt::format("{}{:.1f} {:.1f}", letter, point.x, point.y);
+      letter = 'L';
+    }
+  }
+  return path;
+}
+
+// A ring around each changed element, and around one that shows a changed source.
+std::string rings_of(const Report& report) {
+  std::vector<bool> is_ringed(report.elements.size() + 1, false);
+  for (const ElementEntry& entry : report.elements) is_ringed.at(entry.element) = entry.is_changed;
+  std::vector<bool> is_drawn(report.elements.size() + 1, false);
+  for (const plan::PlanNode& node : report.plan.nodes) is_drawn.at(node.element) = true;
+  for (const auto& [from, to] : report.links) {
+    if (is_ringed.at(from) && !is_drawn.at(from)) is_ringed.at(to) = true;
+  }
+  std::string path;
+  for (const plan::PlanNode& node : report.plan.nodes) {
+    if (!is_ringed.at(node.element)) continue;
+    const double radius = node.half + 4.0;
+    path += fmt::format("M{0:.1f} {1:.1f}a{2:.1f} {2:.1f} 0 1 1 {3:.1f} 0a{2:.1f} {2:.1f} 0 1 1 -{3:.1f} 0z",
+                        node.at.x - radius, node.at.y, radius, 2.0 * radius);
+  }
+  return path;
+}
+
+void set_comparison(data& page, const Report& report) {
+  page.set("is_compared", report.against.has_value());
+  if (!report.against) return;
+  const Against& against = *report.against;
+  page.set("older", against.older);
+  page.set("is_equal", against.changes.empty() && against.reaches.empty());
+  page.set("has_changes", !against.changes.empty());
+  page.set("changes", changes_of(against));
+  page.set("has_changes_left_out", against.changes_left_out > 0);
+  page.set("changes_left_out", std::to_string(against.changes_left_out));
+  page.set("has_reach_changes", !against.reaches.empty());
+  page.set("reach_changes", reach_changes_of(against));
+  page.set("has_reaches_left_out", against.reaches_left_out > 0);
+  page.set("reaches_left_out", std::to_string(against.reaches_left_out));
+  page.set("more", path_of(report, true));
+  page.set("less", path_of(report, false));
+  page.set("rings", rings_of(report));
+}
+
 // What the script needs.
 
 double rounded(double value, double steps) {
@@ -143,7 +225,8 @@ json element_rows(const Report& report) {
   for (const ElementEntry& entry : report.elements) {
     rows.push_back({entry.name, std::string(1, entry.type), entry.description, entry.line,
                     number(entry.station), number(entry.areas.natural), number(entry.areas.canalised),
-                    number(entry.areas.impervious), number(entry.total), number(entry.sealing)});
+                    number(entry.areas.impervious), number(entry.total), number(entry.sealing),
+                    number(entry.difference)});
   }
   return rows;
 }
@@ -223,6 +306,7 @@ std::string to_html(const Report& report) {
   page.set("losses", losses_of(report));
   page.set("has_losses_left_out", report.losses_left_out > 0);
   page.set("losses_left_out", std::to_string(report.losses_left_out));
+  set_comparison(page, report);
   page.set("view_box", fmt::format("0 {:.0f} {:.0f} {:.0f}", report.plan.drawing_top, report.plan.width,
                                    report.plan.height - report.plan.drawing_top));
   page.set("drawing", plan::inline_svg(report.plan, {with_labels}));

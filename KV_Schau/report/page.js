@@ -2,8 +2,8 @@
 (() => {
   const data = JSON.parse(document.getElementById('daten').textContent);
   // Rows of the table; an element's number is its position plus one.
-  const [NAME, TYPE, DESCRIPTION, LINE, STATION, NATURAL, CANALISED, IMPERVIOUS, TOTAL, SEALING] =
-    [0, 1, 2, 3, 4, 5, 6, 7, 8, 9];
+  const [NAME, TYPE, DESCRIPTION, LINE, STATION, NATURAL, CANALISED, IMPERVIOUS, TOTAL, SEALING, DIFFERENCE] =
+    [0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10];
   const rows = data.elements;
   const byId = (id) => document.getElementById(id);
 
@@ -206,6 +206,7 @@
   const body = table.tBodies[0];
   const word = byId('wort');
   const kind = byId('art');
+  const isCompared = byId('vergleich') !== null;
   const pageSize = 200;
   const mostPrinted = 3000;
   const mostOpened = 100;
@@ -272,6 +273,10 @@
       cellOf('td', row[DESCRIPTION], 'words'), cellOf('td', figure(row[STATION])), cellOf('td', figure(row[NATURAL])),
       cellOf('td', figure(row[CANALISED])), cellOf('td', figure(row[IMPERVIOUS])), cellOf('td', figure(row[TOTAL])),
       cellOf('td', row[SEALING] === null ? '–' : `${figure(100 * row[SEALING], 1)} %`));
+    if (isCompared) {
+      const difference = row[DIFFERENCE];
+      made.append(cellOf('td', difference === null ? '–' : `${difference > 0 ? '+' : ''}${figure(difference)}`));
+    }
     const bars = cellOf('td', '', 'bars');
     bars.append(barOf(row));
     made.append(bars);

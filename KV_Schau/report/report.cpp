@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "KV_Schau/compare/words.h"
 #include "KV_Schau/findings/text.h"
 #include "KV_Schau/plan/graph.h"
 #include "KV_Schau/plan/labels.h"
@@ -214,7 +215,46 @@ void add_balance(Report& report, const plan::Facts& facts) {
   }
 }
 
+// Comparison.
+
+std::string causes_of(const compare::Comparison& comparison, const compare::ReachChange& reach) {
+  std::string causes;
+  for (const std::uint32_t number : reach.causes) {
+    if (!causes.empty()) causes += ", ";
+    causes += compare::words_for_cause(comparison.changes[number]);
+  }
+  return reach.has_more_causes ? causes + " …" : causes;
+}
+
+double total_of(const compare::Sums& sums) {
+  return sums.at(static_cast<std::size_t>(compare::Sum::total)).value;
+}
+
 }  // namespace
+
+void add_comparison(Report& report, const compare::Comparison& comparison) {
+  Against against;
+  against.older = comparison.old_shown;
+  for (const compare::Change& change : comparison.changes) {
+    if (change.new_element != 0) report.elements.at(change.new_element - 1).is_changed = true;
+    if (against.changes.size() == most_changes) {
+      ++against.changes_left_out;
+      continue;
+    }
+    against.changes.push_back({compare::shown(change.name), compare::shown_place(comparison, change),
+                               compare::words_for(change), change.effect});
+  }
+  for (const compare::ReachChange& reach : comparison.reaches) {
+    report.elements.at(reach.new_element - 1).difference = total_of(reach.after) - total_of(reach.before);
+    if (against.reaches.size() == most_changes) {
+      ++against.reaches_left_out;
+      continue;
+    }
+    against.reaches.push_back({compare::shown(reach.name), total_of(reach.before), total_of(reach.after),
+                               causes_of(comparison, reach)});
+  }
+  report.against = std::move(against);
+}
 
 Report report_of(const plan::Facts& facts) {
   const Result result = find_result(facts.variant);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "KV_Schau/compare/comparison.h"
 #include "KV_Schau/findings/finding.h"
 #include "KV_Schau/network/flow.h"
 #include "KV_Schau/plan/facts.h"
@@ -46,6 +47,10 @@ struct ElementEntry {
   network::Areas areas;
   double total = 0.0;             ///< natural and canalised; of a result, the figure that stands in it
   std::optional<double> sealing;  ///< a fraction
+  /// Against an older variant: what a reach has more or less, and whether the element is new, has other links
+  /// or other inputs.
+  std::optional<double> difference;
+  bool is_changed = false;
 };
 
 struct BalanceEntry {
@@ -59,6 +64,31 @@ struct LossEntry {
   std::string place;
   std::string reason;
   network::Areas areas;
+};
+
+/// An element that differs from the older variant.
+struct ChangeEntry {
+  std::string element;
+  std::string place;    ///< in the newer variant; of one that is gone in the older
+  std::string what;     ///< "Fläche 12.4 → 12.9 km²"
+  double effect = 0.0;  ///< km², at its own place
+};
+
+/// A reach whose sums differ from the older variant.
+struct ReachChangeEntry {
+  std::string reach;
+  double before = 0.0;  ///< km², natural and canalised
+  double after = 0.0;
+  std::string causes;  ///< "N0010 (Fläche), N0080 (neu)"
+};
+
+/// What is different from an older variant, the largest effects first.
+struct Against {
+  std::string older;  ///< as it is shown
+  std::vector<ChangeEntry> changes;
+  std::size_t changes_left_out = 0;
+  std::vector<ReachChangeEntry> reaches;
+  std::size_t reaches_left_out = 0;
 };
 
 /// What the areas of the reaches are.
@@ -85,14 +115,19 @@ struct Report {
   /// Upper and lower end of each link.
   std::vector<std::pair<Element, Element>> links;
   plan::Plan plan;
+  std::optional<Against> against;
 };
 
-/// The most findings and losses that a report lists.
+/// The most findings, changes and losses that a report lists.
 inline constexpr std::size_t most_findings = 500;
+inline constexpr std::size_t most_changes = 200;
 inline constexpr std::size_t most_losses = 50;
 
 /// Draws up the report. The areas of the reaches are those of the result table when it is whole and younger
 /// than all inputs. Linear in the variant. Throws run::FileFault when the result cannot be read.
 Report report_of(const plan::Facts& facts);
+
+/// Adds what is different from an older variant. `comparison` is of that variant with the report's own.
+void add_comparison(Report& report, const compare::Comparison& comparison);
 
 }  // namespace schau::report

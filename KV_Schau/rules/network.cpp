@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -162,11 +163,12 @@ class OneSidedLinks {
   // name is nearly the given one; 0 when there is none.
   [[nodiscard]] Element partner(const Context& context, Element i, NameKey name, bool is_outflow) const {
     const std::vector<Link>& links = is_outflow ? outflow_wanted_ : inflow_wanted_;
-    const auto range = std::ranges::equal_range(links, i, {}, &Link::first);
-    for (const Link& link : range) {
+    const auto begin = std::ranges::lower_bound(links, i, {}, &Link::first);
+    const std::span<const Link> own(begin, std::ranges::upper_bound(begin, links.end(), i, {}, &Link::first));
+    for (const Link& link : own) {
       if (variant::changes_between(context.variant.names[link.second], name) <= 2) return link.second;
     }
-    return range.size() == 1 ? range.front().second : 0;
+    return own.size() == 1 ? own.front().second : 0;
   }
 
  private:

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -233,7 +234,7 @@ class ReadColumns {
 
   [[nodiscard]] bool contain(std::uint32_t column) const {
     const auto covers = [column](Span span) { return span.first <= column && column <= span.last; };
-    return std::any_of(spans_.begin(), spans_.begin() + count_, covers);
+    return std::ranges::any_of(std::span(spans_).first(count_), covers);
   }
 
  private:
@@ -268,7 +269,7 @@ class ReadColumns {
   }
 
   std::array<Span, 6> spans_{};
-  std::ptrdiff_t count_ = 0;
+  std::size_t count_ = 0;
 };
 
 // A byte of a longer character in UTF-8 is no blank.

@@ -419,8 +419,8 @@ class ProtocolParser {
     std::erase_if(list.of_heading,
                   [&](const Argument& argument) { return !is_in_heading(pattern, argument); });
     // A list of numbers knows its lines, one of texts takes any.
-    std::ranges::stable_partition(open_lists_,
-                                  [](const OpenList& open) { return has_number(*open.pattern); });
+    std::stable_partition(open_lists_.begin(), open_lists_.end(),
+                          [](const OpenList& open) { return has_number(*open.pattern); });
   }
 
   static bool is_in_heading(const Pattern& pattern, const Argument& argument) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <boost/sort/spreadsort/integer_sort.hpp>
+#include <span>
 #include <utility>
 
 namespace schau::variant {
@@ -48,8 +49,9 @@ void sort_by_form(std::vector<Filed>& filed) {
 }
 
 template <class Filed>
-auto filed_under(const std::vector<Filed>& filed, NameKey form) {
-  return std::ranges::equal_range(filed, form, {}, &Filed::form);
+std::span<const Filed> filed_under(const std::vector<Filed>& filed, NameKey form) {
+  const auto begin = std::ranges::lower_bound(filed, form, {}, &Filed::form);
+  return {begin, std::ranges::upper_bound(begin, filed.end(), form, {}, &Filed::form)};
 }
 
 }  // namespace
@@ -74,8 +76,7 @@ void NameIndex::fill(const std::vector<NameKey>& names) {
 SimilarNames::SimilarNames(std::vector<NameKey> names) : names_(std::move(names)) {
   std::erase(names_, blank_name);
   std::ranges::sort(names_);
-  const auto repeated = std::ranges::unique(names_);
-  names_.erase(repeated.begin(), repeated.end());
+  names_.erase(std::unique(names_.begin(), names_.end()), names_.end());
   look_alikes_.reserve(names_.size());
   shortened_.reserve(names_.size() * name_length);
   for (std::uint32_t i = 0; i < names_.size(); ++i) {

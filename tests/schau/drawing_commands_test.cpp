@@ -139,6 +139,20 @@ TEST_F(Drawing, NamesAFolderThatIsMissing) {
   }
 }
 
+TEST_F(Drawing, ComparesWithAnOlderVariant) {
+  fs::create_directory(file("alt"));
+  for (const char* extension : {".sys", ".nfl", ".kfl", ".trs", ".ver"}) {
+    fs::copy(file(std::string("rausel") + extension), file("alt"));
+  }
+  EXPECT_EQ(run({"bericht", "rausel", "-o", "seite.html", "--gegen", "alt/rausel"}).exit_status, 0);
+  EXPECT_THAT(read_bytes(file("seite.html")),
+              AllOf(HasSubstr("Vergleich mit alt/rausel"), HasSubstr("Es gibt keinen Unterschied.")));
+  const child::Outcome outcome = run({"bericht", "rausel", "-o", "x.html", "--gegen", "fehlt"});
+  EXPECT_EQ(outcome.exit_status, 3);
+  EXPECT_THAT(outcome.err, HasSubstr("fehlt"));
+  EXPECT_FALSE(fs::exists(file("x.html")));
+}
+
 TEST_F(Drawing, TakesTheAreasOfAResultThatCounts) {
   std::string result = read_bytes(fs::path(KV_EXAMPLES_DIR) / "expected" / "rausel.Akum");
   const std::size_t place = result.find("\nT0010") + 1 + 32;

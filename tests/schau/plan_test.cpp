@@ -129,6 +129,24 @@ TEST(Plan, folds_sources_from_300_elements_on) {
   }
 }
 
+// One source above a chain of reaches.
+Bed chain(std::size_t elements) {
+  Bed bed = Bed::empty();
+  const auto name = [](std::size_t i) { return i == 0 ? std::string("N0000") : fmt::format("T{:04}", i); };
+  for (std::size_t i = 0; i < elements; ++i) {
+    const std::string own = name(i);
+    const std::string above = i == 0 ? "" : name(i - 1);
+    const std::string below = i + 1 == elements ? "ENDE" : name(i + 1);
+    bed.lines(FileId::sys).push_back(text_of({own, {above}, {below}}));
+  }
+  return bed;
+}
+
+TEST(Plan, begins_to_fold_at_exactly_300_elements) {
+  EXPECT_EQ(DrawnPlan(chain(299).variant()).plan.nodes.size(), 299U);
+  EXPECT_EQ(DrawnPlan(chain(300).variant()).plan.nodes.size(), 299U);
+}
+
 TEST(Plan, tells_of_each_element_what_hydrologists_ask) {
   const DrawnPlan drawn(Bed().variant());
   EXPECT_THAT(label_of(drawn, "N0010"), ElementsAre("N0010", "12.40 km²"));

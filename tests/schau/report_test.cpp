@@ -115,6 +115,40 @@ TEST(Report, leaves_out_findings_beyond_its_limit_and_says_so) {
   EXPECT_THAT(to_html(report), HasSubstr(std::to_string(report.findings_left_out) + " weitere Befunde"));
 }
 
+TEST(Report, tells_what_differs_from_an_older_variant) {
+  Bed bed;
+  bed.put(FileId::nfl, 3, 11, "13.40");
+  Report report = report_on(bed);
+  add_comparison(report, schau::compare::compare(Bed().variant(), bed.variant()));
+  ASSERT_TRUE(report.against.has_value());
+  ASSERT_EQ(report.against->changes.size(), 1U);
+  EXPECT_EQ(report.against->changes[0].element, "N0010");
+  EXPECT_EQ(report.against->changes[0].place, "netz.nfl:3");
+  EXPECT_NEAR(report.against->changes[0].effect, 1.0, 1e-9);
+  ASSERT_EQ(report.against->reaches.size(), 5U);
+  const auto reach =
+      std::ranges::find(report.against->reaches, "T0010", &schau::report::ReachChangeEntry::reach);
+  ASSERT_NE(reach, report.against->reaches.end());
+  EXPECT_NEAR(reach->before, 13.045, 1e-9);
+  EXPECT_NEAR(reach->after, 14.045, 1e-9);
+  EXPECT_EQ(reach->causes, "N0010 (Fläche)");
+  EXPECT_TRUE(report.elements[0].is_changed);
+  EXPECT_FALSE(report.elements[2].is_changed);
+  EXPECT_NEAR(report.elements[4].difference.value(), 0.65, 1e-9);
+  EXPECT_FALSE(report.elements[0].difference.has_value());
+
+  const std::string html = to_html(report);
+  EXPECT_THAT(html, HasSubstr("Vergleich mit netz"));
+  EXPECT_THAT(
+      html,
+      HasSubstr("<td>13.045</td><td>14.045</td><td>+1.000</td><td class=\"words\">N0010 (Fläche)</td>"));
+  EXPECT_THAT(html, HasSubstr("class=\"more\" d=\"M"));
+  EXPECT_THAT(html, HasSubstr("class=\"less\" d=\"\""));
+  EXPECT_EQ(count_of(html.substr(html.find("class=\"ring\" d=")), "a11.0 11.0 0 1 1 22.0 0a"), 1U);
+  EXPECT_EQ(data_of(html)["elements"][4][10], 0.65);
+  EXPECT_THAT(to_html(report_on(bed)), Not(HasSubstr("id=\"vergleich\"")));
+}
+
 TEST(Page, holds_the_parts_of_the_report) {
   Bed bed;
   bed.put(FileId::kfl, 3, 11, "64,50");

@@ -93,7 +93,7 @@ TEST(Comparison, names_what_came_and_went) {
   newer.line(FileId::sys, line_of_t0040) = text_of({"T0040", {"T0020", "T0030", "N0030"}, {"P0010"}});
   newer.put(FileId::nfl, 5, 4, "N0030");
   const Comparison comparison = comparison_of(Bed(), newer);
-  EXPECT_THAT(changes_of(comparison),
+  ASSERT_THAT(changes_of(comparison),
               ElementsAre("neu.sys:9 N0030 Abläufe: T0040", "netz.sys:9 N0020 Abläufe: T0040"));
   EXPECT_EQ(comparison.count_of(ChangeKind::added), 1U);
   EXPECT_EQ(comparison.count_of(ChangeKind::gone), 1U);
@@ -108,7 +108,7 @@ TEST(Comparison, names_changed_inputs_with_their_lines) {
   newer.put(FileId::ver, 2, 16, " 60.0");
   newer.put(FileId::trs, 11, 11, "   6.250");
   const Comparison comparison = comparison_of(Bed(), newer);
-  EXPECT_THAT(changes_of(comparison), ElementsAre("neu.ver:2 V0010 Anteil: 65 % → 60 %",
+  ASSERT_THAT(changes_of(comparison), ElementsAre("neu.ver:2 V0010 Anteil: 65 % → 60 %",
                                                   "neu.nfl:3 N0010 Fläche: 12.4 km² → 12.9 km²",
                                                   "neu.kfl:3 K0010 Befestigungsgrad: 0.35 → 0.45",
                                                   "neu.trs:11 T0050 Station: 6.125 km → 6.25 km"));
@@ -122,7 +122,7 @@ TEST(Comparison, knows_what_a_code_decides) {
   Bed newer;
   newer.put(FileId::ver, 2, 11, "   2");
   const Comparison comparison = comparison_of(Bed(), newer);
-  EXPECT_THAT(changes_of(comparison), ElementsAre("neu.ver:2 V0010 Kennziffer: 1 → 2"));
+  ASSERT_THAT(changes_of(comparison), ElementsAre("neu.ver:2 V0010 Kennziffer: 1 → 2"));
   EXPECT_THAT(causes_of(comparison), ElementsAre("T0020: V0010 (Kennziffer)", "T0030: V0010 (Kennziffer)"));
   EXPECT_DOUBLE_EQ(comparison.changes[0].effect, 13.045);
 }
@@ -225,7 +225,7 @@ TEST(Causes, are_basins_that_end_direct_areas) {
   newer.line(FileId::sys, line_of_t0040) = text_of({"T0040", {"T0020", "T0030", "N0020"}, {"B0010"}});
   newer.line(FileId::sys, line_of_t0050) = text_of({"T0050", {"B0010"}, {"ENDE"}});
   const Comparison comparison = comparison_of(Bed(), newer);
-  EXPECT_THAT(causes_of(comparison), ElementsAre("T0050: B0010 (neu)"));
+  ASSERT_THAT(causes_of(comparison), ElementsAre("T0050: B0010 (neu)"));
   EXPECT_THAT(comparison.reaches[0].differs, ElementsAre(true, false, false, false, false, false, false));
 }
 
@@ -272,6 +272,7 @@ TEST(Causes, are_the_largest_where_there_are_many) {
   EXPECT_THAT(reach->causes, ElementsAre(0, 1, 2, 3, 4, 5, 6, 7));
   EXPECT_TRUE(reach->has_more_causes);
   const auto upper = std::ranges::find(comparison.reaches, variant::name_of("T0902"), &ReachChange::name);
+  ASSERT_NE(upper, comparison.reaches.end());
   EXPECT_THAT(upper->causes, ElementsAre(6, 7, 8, 9));
   EXPECT_FALSE(upper->has_more_causes);
 }

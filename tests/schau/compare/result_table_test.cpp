@@ -8,6 +8,7 @@
 #include <cmath>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "KV_Schau/compare/comparison.h"
@@ -152,6 +153,13 @@ TEST(ResultTables, are_compared_row_by_row) {
       << "a number that was none before comes first";
   EXPECT_TRUE(std::isinf(comparison.reaches[0].effect));
   EXPECT_NEAR(comparison.reaches[1].effect, 0.002, 1e-9);
+}
+
+TEST(ResultTables, do_not_count_the_order_of_inflows) {
+  const ResultTable older = read(table_text, "alt.Akum");
+  ResultTable newer = read(table_text, "neu.Akum");
+  std::swap(newer.rows[0].inflow[0], newer.rows[0].inflow[1]);
+  EXPECT_TRUE(compare(older, newer).is_equal());
 }
 
 TEST(ResultTables, let_a_last_digit_pass) {
