@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # clang-tidy over the sources that changed since the commit that scripts/tidy-clean-at names: themselves, or a
-# header that they include. Over all sources when that commit is not in the history, or .clang-tidy changed.
+# header that they include. When no such commit is in the history, or .clang-tidy changed since: over what the last
+# commit on the first-parent history changed, and it says so.
 #   scripts/tidy.sh          what changed
 #   scripts/tidy.sh --all    all; clean, with everything committed, the commit is written to scripts/tidy-clean-at
 # The preset asan must have been built: its compiler is of the same family, and ninja has recorded the headers of
@@ -72,12 +73,16 @@ compiled_sources >"$work/all"
   exit 1
 }
 
-if [ "${1:-}" != --all ] && commit=$(known_clean); then
-  changed_sources "$commit" | sort -u | comm -12 - "$work/all" >"$work/sources"
-  since=" since $(git rev-parse --short "$commit")"
-else
+if [ "${1:-}" = --all ]; then
   cp "$work/all" "$work/sources"
   since=""
+else
+  commit=$(known_clean) || {
+    commit=$(git rev-parse HEAD^)
+    echo "No commit is recorded as clean: scripts/tidy.sh --all has to be run."
+  }
+  changed_sources "$commit" | sort -u | comm -12 - "$work/all" >"$work/sources"
+  since=" since $(git rev-parse --short "$commit")"
 fi
 echo "$(wc -l <"$work/sources") of $(wc -l <"$work/all") sources$since"
 

@@ -20,7 +20,6 @@ using findings::Severity;
 using variant::AreaUnit;
 using variant::FileId;
 using variant::Place;
-using variant::TextFile;
 using variant::UnitLine;
 namespace columns = variant::data_columns;
 
@@ -82,7 +81,7 @@ struct Word {
 // The word over the unit columns: the one that begins in them, or that reaches into them.
 std::optional<Word> word_over_unit_columns(std::string_view line) {
   const std::size_t first = line.find_first_not_of(' ', columns::unit.first - 1);
-  if (first == std::string_view::npos || first >= columns::unit.last) return std::nullopt;
+  if (first >= columns::unit.last) return std::nullopt;
   std::size_t begin = first;
   while (begin > 0 && line[begin - 1] != ' ') --begin;
   const std::size_t end = std::min(line.find(' ', first), line.size());

@@ -23,9 +23,9 @@ struct SystemLine {
   std::string_view name;
   std::vector<std::string_view> inflows = {};
   std::vector<std::string_view> outflows = {};
-  std::string_view tag3 = "";
-  std::string_view tag7 = "";
-  std::string_view description = "";
+  std::string_view tag3 = {};
+  std::string_view tag7 = {};
+  std::string_view description = {};
 };
 std::string text_of(const SystemLine& line);
 

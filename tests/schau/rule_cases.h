@@ -16,8 +16,8 @@ struct RuleCase {
   std::string_view what;  ///< the mistake, in words
   std::function<void(Bed&)> make;
   std::vector<std::string> places;  ///< of all findings of the rule, see `place_words`
-  std::string_view text = "";       ///< a part of the first finding's text, UTF-8
-  std::string_view hint = "";       ///< a part of its hint
+  std::string_view text = {};       ///< a part of the first finding's text, UTF-8
+  std::string_view hint = {};       ///< a part of its hint
   /// Makes the clean twin when it is not the plain bed.
   std::function<void(Bed&)> make_clean = [](Bed&) {};
 };

@@ -36,6 +36,7 @@ std::vector<RuleCase> all_cases() {
 
 std::vector<std::string> places_of(const std::vector<schau::findings::Finding>& found) {
   std::vector<std::string> places;
+  places.reserve(found.size());
   for (const schau::findings::Finding& finding : found) places.push_back(place_words(finding.place));
   return places;
 }
