@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <iterator>
@@ -68,10 +67,8 @@ std::string_view kind_words(char type) {
 }
 
 std::string short_area(double area) {
-  constexpr std::array<double, 3> limits = {10.0, 100.0, 1000.0};
-  const auto passed = std::ranges::count_if(limits, [&](double limit) { return std::abs(area) >= limit; });
-  const auto decimals = static_cast<std::ptrdiff_t>(limits.size()) - passed;
-  return fmt::format("{:.{}f} km²", area, decimals);
+  constexpr double large = 1000.0;
+  return fmt::format("{:.{}f} km²", area, std::abs(area) < large ? 3 : 1);
 }
 
 Labels::Labels(const Facts& facts, const Graph& graph, const Selection& selection,

@@ -68,7 +68,8 @@ std::string description_of(const Facts& facts, Element element);
 /// "Transportstrecke", "Pegel" ...
 std::string_view kind_words(char type);
 
-/// An area with as many digits as a plan has room for: 0.645 km², 13.05 km², 289384 km².
+/// An area with the digits of the result table; large ones with fewer, as single precision has no more:
+/// 0.645 km², 13.045 km², 289384.1 km².
 std::string short_area(double area);
 
 }  // namespace schau::plan

@@ -149,11 +149,11 @@ TEST(Plan, begins_to_fold_at_exactly_300_elements) {
 
 TEST(Plan, tells_of_each_element_what_hydrologists_ask) {
   const DrawnPlan drawn(Bed().variant());
-  EXPECT_THAT(label_of(drawn, "N0010"), ElementsAre("N0010", "12.40 km²"));
+  EXPECT_THAT(label_of(drawn, "N0010"), ElementsAre("N0010", "12.400 km²"));
   EXPECT_THAT(label_of(drawn, "K0010"), ElementsAre("K0010", "0.645 km², 35 % befestigt"));
-  EXPECT_THAT(label_of(drawn, "T0010"), ElementsAre("T0010", "km 18.250", "13.04 km²"));
+  EXPECT_THAT(label_of(drawn, "T0010"), ElementsAre("T0010", "km 18.250", "13.045 km²"));
   EXPECT_THAT(label_of(drawn, "V0010"), ElementsAre("V0010", "65 % → T0020", "35 % → T0030"));
-  EXPECT_THAT(label_of(drawn, "P0010"), ElementsAre("P0010", "15.54 km²"));
+  EXPECT_THAT(label_of(drawn, "P0010"), ElementsAre("P0010", "15.545 km²"));
   EXPECT_EQ(drawn.node("T0050")->end, End::outlet);
   EXPECT_EQ(drawn.node("T0040")->end, End::none);
   EXPECT_NEAR(drawn.node("T0010")->sealing.value(), 0.22575 / 13.045, 1e-9);
