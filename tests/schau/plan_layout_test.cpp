@@ -27,8 +27,6 @@ namespace fs = std::filesystem;
 namespace variant = schau::variant;
 using schau::network::Element;
 using schau::plan::Box;
-using schau::plan::Edge;
-using schau::plan::End;
 using schau::plan::Plan;
 using schau::plan::PlanLine;
 using schau::plan::PlanNode;
@@ -125,6 +123,7 @@ void expect_no_line_covers_an_element(const DrawnPlan& drawn) {
   };
   const std::vector<Owned> boxes = boxes_of(drawn.plan);
   std::vector<Either> all;
+  all.reserve(boxes.size());
   for (const Owned& owned : boxes) all.push_back({owned.box, &owned, nullptr});
   for (const Stretch& stretch : stretches_of(drawn.plan)) {
     const double half = stretch.line->width / 2.0;

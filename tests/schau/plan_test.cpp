@@ -33,10 +33,8 @@ using schau_test::random_tree;
 using schau_test::text_of;
 using testing::Contains;
 using testing::DoubleNear;
-using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 std::vector<std::string> label_of(const DrawnPlan& drawn, std::string_view name) {
