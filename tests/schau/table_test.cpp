@@ -10,12 +10,11 @@
 #include <vector>
 
 #include "KV_Schau/run/table.h"
-#include "runtime/cp1252.h"
+#include "tests/german.h"
 #include "tests/test_files.h"
 
 namespace {
 
-using namespace runtime::literals;
 using schau::run::Number;
 using schau::run::parse_table;
 using schau::run::Reach;
@@ -28,13 +27,14 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 const std::string heading =
-    std::string(
+    german(
         "rausel: akkumulierte Flächen [qkm]\n"
         "\n"
         "Gew.      km     Einl.   natürliche Fläche       kanal. Fläche        undurchl. Fläche "
         "Gesamtfläche\n"
         "                            Ad       Ages         Ad       Ages        Au,d     Au,ges        Ages\n"
-        "(1)       (2)     (3)       (4)       (5)         (6)       (7)         (8)       (9)        (5+7)\n"_w1252) +
+        "(1)       (2)     (3)       (4)       (5)         (6)       (7)         (8)       (9)        "
+        "(5+7)\n") +
     std::string(99, '-') + "\n";
 
 const std::string row =
