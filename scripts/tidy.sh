@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # clang-tidy over the sources that changed since the commit that scripts/tidy-clean-at names: themselves, or a
-# header that they include. When no such commit is in the history, or .clang-tidy changed since: over what the last
+# header that they include. When no such commit is in the history, or a .clang-tidy changed since: over what the last
 # commit on the first-parent history changed, and it says so.
 #   scripts/tidy.sh          what changed
 #   scripts/tidy.sh --all    all; clean, with everything committed, the commit is written to scripts/tidy-clean-at
@@ -20,9 +20,10 @@ esac
 build=build/asan
 record=scripts/tidy-clean-at
 
-# The sources of the compile database, one a line, as paths in the project.
+# The sources of the compile database, one a line, as paths in the project; what the build itself wrote is left out.
 compiled_sources() {
-  sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' "$build/compile_commands.json" | sort -u | sed "s|^$PWD/||"
+  sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' "$build/compile_commands.json" | sort -u |
+    sed -e "s|^$PWD/||" -e "\|^$build/|d"
 }
 
 # Each source and file of the project that it includes, itself too, one pair a line with a tab between them.
@@ -38,7 +39,7 @@ known_clean() {
   local commit
   commit=$(cat "$record" 2>/dev/null) || return 1
   git merge-base --is-ancestor "$commit" HEAD 2>/dev/null || return 1
-  git diff --quiet "$commit" -- .clang-tidy || return 1
+  git diff --quiet "$commit" -- ':(glob)**/.clang-tidy' || return 1
   echo "$commit"
 }
 
