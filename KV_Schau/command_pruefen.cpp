@@ -24,7 +24,6 @@ namespace {
 
 using findings::Finding;
 using findings::Rule;
-using findings::Severity;
 
 struct Options {
   std::vector<std::string> variants;

@@ -135,7 +135,7 @@ std::string findings_of_check(const RunReport& report) {
 // Why the run is worth what it is, as far as the words of its status do not tell; a sentence or two without
 // the last full stop.
 std::string reason_of(const RunReport& report) {
-  const std::string of_check = findings_of_check(report);
+  std::string of_check = findings_of_check(report);
   const std::string& of_run = report.outcome.verdict.reason;
   if (!of_run.empty() && (!counts(report) || of_check.empty())) return of_run;
   if (!of_run.empty()) return of_run + ". " + of_check;

@@ -37,8 +37,8 @@ std::string joined_line(const std::vector<std::string>& arguments) {
   for (const std::string& argument : arguments) {
     line = without_trailing_blanks(line);
     if (!line.empty()) line += ' ';
-    line = without_trailing_blanks(
-        (line + argument.substr(0, command_line_width)).substr(0, command_line_width));
+    line += argument.substr(0, command_line_width);
+    line = without_trailing_blanks(line.substr(0, command_line_width));
   }
   return line;
 }

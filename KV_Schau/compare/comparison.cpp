@@ -302,29 +302,42 @@ Place place_of(const ResultRow& row) {
   return {variant::FileId::result, row.line};
 }
 
-Change change_of_rows(ChangeKind kind, const ResultRow* older, const ResultRow* newer) {
+Change gone_row(const ResultRow& older) {
   Change change;
-  change.kind = kind;
-  change.name = newer != nullptr ? newer->name : older->name;
+  change.kind = ChangeKind::gone;
+  change.name = older.name;
   change.links_are_inflows = true;
-  if (older != nullptr) {
-    change.old_place = place_of(*older);
-    change.old_links = older->inflow;
-    change.effect = older->sums.back().value;
-  }
-  if (newer != nullptr) {
-    change.new_place = place_of(*newer);
-    change.new_links = newer->inflow;
-    change.effect = std::max(change.effect, newer->sums.back().value);
-  }
+  change.old_place = place_of(older);
+  change.old_links = older.inflow;
+  change.effect = older.sums.back().value;
+  return change;
+}
+
+Change added_row(const ResultRow& newer) {
+  Change change;
+  change.kind = ChangeKind::added;
+  change.name = newer.name;
+  change.links_are_inflows = true;
+  change.new_place = place_of(newer);
+  change.new_links = newer.inflow;
+  change.effect = newer.sums.back().value;
+  return change;
+}
+
+Change changed_row(ChangeKind kind, const ResultRow& older, const ResultRow& newer) {
+  Change change = added_row(newer);
+  change.kind = kind;
+  change.old_place = place_of(older);
+  change.old_links = older.inflow;
+  change.effect = std::max(change.effect, older.sums.back().value);
   return change;
 }
 
 void compare_rows(Comparison& comparison, const ResultRow& older, const ResultRow& newer) {
   if (!have_same_names(older.inflow, newer.inflow))
-    comparison.changes.push_back(change_of_rows(ChangeKind::moved, &older, &newer));
+    comparison.changes.push_back(changed_row(ChangeKind::moved, older, newer));
   if (difference_of(older.station, newer.station) > 0.0) {
-    Change change = change_of_rows(ChangeKind::input, &older, &newer);
+    Change change = changed_row(ChangeKind::input, older, newer);
     change.input = Input::station;
     change.before = older.station.value;
     change.after = newer.station.value;
@@ -362,9 +375,10 @@ Comparison compare(const ResultTable& older, const ResultTable& newer, double to
     const ResultRow* const new_row = pair.newer == 0 ? nullptr : &newer.rows[pair.newer - 1];
     if (old_row != nullptr && new_row != nullptr) {
       compare_rows(comparison, *old_row, *new_row);
-    } else {
-      const ChangeKind kind = old_row == nullptr ? ChangeKind::added : ChangeKind::gone;
-      comparison.changes.push_back(change_of_rows(kind, old_row, new_row));
+    } else if (new_row != nullptr) {
+      comparison.changes.push_back(added_row(*new_row));
+    } else if (old_row != nullptr) {
+      comparison.changes.push_back(gone_row(*old_row));
     }
   }
   sort_by_effect(comparison);

@@ -49,7 +49,7 @@ std::string with_point(const std::string& text) {
 
 std::string comma_hint(const Context& context, const Field& field) {
   const std::string meant = with_point(text_at(context, field.place()));
-  const std::string reading = field.reported ? "" : reading_words(field);
+  std::string reading = field.reported ? "" : reading_words(field);
   if (meant.empty()) return reading;
   return reading.empty() ? "gemeint: " + meant : fmt::format("gemeint: {}; {}", meant, reading);
 }

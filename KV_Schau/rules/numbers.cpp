@@ -15,7 +15,6 @@ namespace {
 
 using findings::Severity;
 using variant::FileId;
-using variant::Place;
 
 constexpr double highest_sealing = 1.00001;
 

@@ -20,6 +20,7 @@ constexpr std::string_view suppression_list = "fehlercode.ex";
 
 std::vector<std::string> input_names(const std::string& variant) {
   std::vector<std::string> names;
+  names.reserve(input_extensions.size() + 1);
   for (const std::string_view extension : input_extensions) names.push_back(variant + std::string(extension));
   names.emplace_back(suppression_list);
   return names;

@@ -94,7 +94,7 @@ Bed::Bed() {
 
 Bed Bed::empty() {
   Bed bed;
-  for (std::size_t i = 0; i < bed.lines_.size(); ++i) bed.lines_[i].clear();
+  for (auto& lines : bed.lines_) lines.clear();
   return bed;
 }
 
@@ -144,7 +144,7 @@ std::string_view extension_of(FileId file) {
 }
 
 std::string place_words(const schau::variant::Place& place) {
-  const std::string file(extension_of(place.file));
+  std::string file(extension_of(place.file));
   if (place.line == 0) return file;
   return file + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + "+" +
          std::to_string(place.length);

@@ -82,7 +82,7 @@ std::vector<fs::path> silent_variants() {
   return folders;
 }
 
-TEST(Clean, example_has_one_hint) {
+TEST(Clean, ExampleHasOneHint) {
   const auto resolved = schau::variant::resolve(KV_EXAMPLES_DIR "/rausel");
   const schau::variant::Variant variant =
       schau::variant::read_variant(std::get<schau::variant::VariantPath>(resolved));
@@ -91,7 +91,7 @@ TEST(Clean, example_has_one_hint) {
   EXPECT_EQ(found.front().rule->identifier, "erster-ablauf-leer");
 }
 
-TEST(Clean, golden_variants_show_their_mistakes_and_no_others) {
+TEST(Clean, GoldenVariantsShowTheirMistakesAndNoOthers) {
   const std::map<std::string, std::set<std::string>> with_mistakes = variants_with_mistakes();
   ASSERT_FALSE(with_mistakes.empty());
   std::set<std::string> met;
@@ -116,7 +116,7 @@ TEST(Clean, golden_variants_show_their_mistakes_and_no_others) {
     EXPECT_TRUE(met.contains(name)) << name << " is no such variant";
 }
 
-TEST(Clean, real_networks_have_nothing_above_a_hint) {
+TEST(Clean, RealNetworksHaveNothingAboveAHint) {
   const fs::path networks = KV_REAL_NETWORKS_DIR;
   if (!fs::is_directory(networks)) GTEST_SKIP() << "The folder of real networks is not there: " << networks;
   for (const char* name : {"walker", "newhope", "hopediv", "colorado"}) {

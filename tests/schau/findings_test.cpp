@@ -26,7 +26,7 @@ std::string text_of_finding(const Bed& bed, const Finding& finding, const Colour
   return out;
 }
 
-TEST(Text, has_the_form_that_editors_jump_to) {
+TEST(Text, HasTheFormThatEditorsJumpTo) {
   Bed bed;
   bed.put(FileId::kfl, 3, 11, "64,50");
   EXPECT_EQ(
@@ -37,7 +37,7 @@ TEST(Text, has_the_form_that_editors_jump_to) {
       "      |           ^~~~~ gemeint: 64.50\n");
 }
 
-TEST(Text, is_what_the_rule_gives) {
+TEST(Text, IsWhatTheRuleGives) {
   Bed bed;
   bed.put(FileId::kfl, 3, 11, "64,50");
   const schau::variant::Variant variant = bed.variant();
@@ -49,7 +49,7 @@ TEST(Text, is_what_the_rule_gives) {
             "      |           ^~~~~ gemeint: 64.50\n");
 }
 
-TEST(Text, counts_umlauts_and_tabs_right) {
+TEST(Text, CountsUmlautsAndTabsRight) {
   Bed bed;
   bed.line(FileId::sys, 3) = schau_test::bytes_of("Fläche\tgrün");
   EXPECT_EQ(text_of_finding(bed, {&remark, {FileId::sys, 3, 8, 4}, "Text", ""}),
@@ -65,7 +65,7 @@ TEST(Text, counts_umlauts_and_tabs_right) {
             "      |        ^~~~ Rat\n");
 }
 
-TEST(Text, of_a_file_as_a_whole_has_no_line) {
+TEST(Text, OfAFileAsAWholeHasNoLine) {
   EXPECT_EQ(text_of_finding(Bed(), {&remark, {FileId::result, 0}, "Text", ""}),
             "netz.Akum: Hinweis: Text [bemerkung]\n");
   EXPECT_EQ(text_of_finding(Bed(), {&remark, {FileId::result, 0}, "Text", "Rat"}),
@@ -73,7 +73,7 @@ TEST(Text, of_a_file_as_a_whole_has_no_line) {
             "      = Rat\n");
 }
 
-TEST(Text, makes_room_for_long_line_numbers) {
+TEST(Text, MakesRoomForLongLineNumbers) {
   Bed bed;
   bed.lines(FileId::nfl).resize(1234567, "x");
   EXPECT_EQ(text_of_finding(bed, {&remark, {FileId::nfl, 1234567, 1, 1}, "Text", ""}),
@@ -82,7 +82,7 @@ TEST(Text, makes_room_for_long_line_numbers) {
             "        | ^\n");
 }
 
-TEST(Text, has_colours_on_a_terminal) {
+TEST(Text, HasColoursOnATerminal) {
   Bed bed;
   const std::string out =
       text_of_finding(bed, {&comma, {FileId::kfl, 3, 4, 5}, "Text", ""}, terminal_colours);
@@ -92,7 +92,7 @@ TEST(Text, has_colours_on_a_terminal) {
             "      |    \x1B[1;32m^~~~~\x1B[0m\n");
 }
 
-TEST(Text, counts_findings) {
+TEST(Text, CountsFindings) {
   EXPECT_EQ(text_of(Counts{1, 1, 1}), "1 Fehler, 1 Warnung, 1 Hinweis");
   EXPECT_EQ(text_of(Counts{2, 0, 3}), "2 Fehler, 0 Warnungen, 3 Hinweise");
   const std::vector<Finding> findings = {{&comma, {}, "", ""}, {&remark, {}, "", ""}, {&remark, {}, "", ""}};
@@ -102,7 +102,7 @@ TEST(Text, counts_findings) {
   EXPECT_EQ(counts.notes, 2U);
 }
 
-TEST(Order, goes_by_file_line_and_column) {
+TEST(Order, GoesByFileLineAndColumn) {
   std::vector<Finding> findings = {{&comma, {FileId::ver, 1, 1, 1}, "4", ""},
                                    {&comma, {FileId::sys, 2, 5, 1}, "3", ""},
                                    {&remark, {FileId::sys, 2, 5, 9}, "3b", ""},
@@ -114,7 +114,7 @@ TEST(Order, goes_by_file_line_and_column) {
   EXPECT_EQ(order, "1 2 3 3b 4 ");
 }
 
-TEST(Json, holds_the_same) {
+TEST(Json, HoldsTheSame) {
   Bed bed;
   bed.put(FileId::kfl, 3, 11, "64,50");
   const nlohmann::ordered_json json = to_json(
@@ -127,7 +127,7 @@ TEST(Json, holds_the_same) {
       "\"quelle\":\"   K0010  64,50 0.35\"}");
 }
 
-TEST(Json, is_well_formed_whatever_stands_in_the_file) {
+TEST(Json, IsWellFormedWhateverStandsInTheFile) {
   Bed bed;
   bed.line(FileId::sys, 1) = "Ω\"\\\x01\xFF\tä";
   const nlohmann::ordered_json json = to_json(bed.variant(), {&remark, {FileId::sys, 1, 1, 1}, "Text", ""});

@@ -47,16 +47,16 @@ Network network_of(const std::vector<std::vector<Element>>& inflows) {
   return network;
 }
 
-TEST(Order, of_a_system_in_order_is_its_own) {
+TEST(Order, OfASystemInOrderIsItsOwn) {
   EXPECT_THAT(flow_order(network_of({{}, {}, {1, 2}, {3}})), ElementsAre(1, 2, 3, 4));
   EXPECT_THAT(flow_order(network_of({})), IsEmpty());
 }
 
-TEST(Order, of_a_system_upside_down_begins_at_the_sources) {
+TEST(Order, OfASystemUpsideDownBeginsAtTheSources) {
   EXPECT_THAT(flow_order(network_of({{2}, {3, 4}, {}, {}})), ElementsAre(3, 4, 2, 1));
 }
 
-TEST(Loops, are_told_in_the_direction_of_flow) {
+TEST(Loops, AreToldInTheDirectionOfFlow) {
   EXPECT_THAT(loops(network_of({{}, {1}, {2}})), IsEmpty());
   EXPECT_THAT(loops(network_of({{3}, {1}, {2}})), ElementsAre(ElementsAre(1, 2, 3)));
   EXPECT_THAT(loops(network_of({{1}})), ElementsAre(ElementsAre(1)));
@@ -65,13 +65,13 @@ TEST(Loops, are_told_in_the_direction_of_flow) {
               ElementsAre(ElementsAre(1, 2), ElementsAre(3, 4)));
 }
 
-TEST(Loops, need_both_ends) {
+TEST(Loops, NeedBothEnds) {
   Network network = network_of({{3}, {1}, {2}});
   network.outflow[3] = {0, 0};
   EXPECT_THAT(loops(network), IsEmpty());
 }
 
-TEST(Loops, of_a_million_elements_are_found) {
+TEST(Loops, OfAMillionElementsAreFound) {
   constexpr Element count = 1'000'000;
   Network network;
   network.inflow.resize(count + 1);
@@ -87,7 +87,7 @@ TEST(Loops, of_a_million_elements_are_found) {
   EXPECT_EQ(flow_order(network).size(), count);
 }
 
-TEST(Outlet, is_reached_or_not) {
+TEST(Outlet, IsReachedOrNot) {
   const Network network = network_of({{}, {1}, {}, {3}, {2}});
   const std::vector<bool> reaches = reaches_outlet(network);
   EXPECT_EQ(std::vector<bool>(reaches.begin() + 1, reaches.end()),
@@ -99,7 +99,7 @@ TEST(Outlet, is_reached_or_not) {
   EXPECT_THAT(ends.front().elements, ElementsAre(3, 4));
 }
 
-TEST(Outlet, is_not_reached_from_above_a_loop) {
+TEST(Outlet, IsNotReachedFromAboveALoop) {
   const Network network = network_of({{}, {1, 3}, {2}, {}});
   const std::vector<DeadEnd> ends = dead_ends(network, flow_order(network));
   ASSERT_EQ(ends.size(), 1U);
@@ -122,7 +122,7 @@ std::vector<std::string> losses_of(const Bed& bed) {
 }
 
 // T0010 carries 12.4 km² natural and 0.645 km² canalised area, 0.22575 of it impervious.
-TEST(Balance, of_a_sound_network_has_no_difference) {
+TEST(Balance, OfASoundNetworkHasNoDifference) {
   const Balance balance = checked(Bed()).flow.balance;
   EXPECT_NEAR(balance.sources.natural, 14.9, 1e-9);
   EXPECT_NEAR(balance.sources.canalised, 0.645, 1e-9);
@@ -133,7 +133,7 @@ TEST(Balance, of_a_sound_network_has_no_difference) {
   EXPECT_THAT(balance.without_record, IsEmpty());
 }
 
-TEST(Balance, names_what_is_lost_at_a_branching) {
+TEST(Balance, NamesWhatIsLostAtABranching) {
   Bed bed;
   bed.line(FileId::sys, 6) = text_of({"V0010", {"T0010"}, {"T0020"}, "BW", "V-01"});
   EXPECT_THAT(losses_of(bed), ElementsAre("V0010: der Rest, der dem fehlenden zweiten Ablauf zukäme"));
@@ -147,7 +147,7 @@ TEST(Balance, names_what_is_lost_at_a_branching) {
   EXPECT_THAT(losses_of(bed), ElementsAre(HasSubstr("beide Abläufe sind dasselbe Element")));
 }
 
-TEST(Balance, names_what_is_lost_at_a_basin) {
+TEST(Balance, NamesWhatIsLostAtABasin) {
   Bed bed;
   bed.line(FileId::sys, 5) = text_of({"T0010", {"N0010", "K0010"}, {"B0010"}});
   bed.line(FileId::sys, 6) = text_of({"B0010", {"T0010"}, {"T0020"}, "BW", "B-01"});
@@ -160,7 +160,7 @@ TEST(Balance, names_what_is_lost_at_a_basin) {
   EXPECT_THAT(losses_of(bed), IsEmpty());
 }
 
-TEST(Balance, names_what_nobody_takes_and_what_is_taken_twice) {
+TEST(Balance, NamesWhatNobodyTakesAndWhatIsTakenTwice) {
   Bed bed;
   bed.put(FileId::sys, 10, 56, "     ");
   EXPECT_THAT(losses_of(bed), ElementsAre("N0020: kein Element nimmt es als Zulauf auf"));
@@ -170,7 +170,7 @@ TEST(Balance, names_what_nobody_takes_and_what_is_taken_twice) {
   EXPECT_NEAR(checked(twice).flow.balance.losses.front().areas.natural, -2.5, 1e-9);
 }
 
-TEST(Balance, names_what_goes_round_in_a_loop) {
+TEST(Balance, NamesWhatGoesRoundInALoop) {
   Bed bed;
   bed.line(FileId::sys, 7) = text_of({"T0020", {"V0010", "T0030"}, {"T0030"}});
   bed.line(FileId::sys, 8) = text_of({"T0030", {"V0010", "T0020"}, {"T0020"}});
@@ -178,14 +178,14 @@ TEST(Balance, names_what_goes_round_in_a_loop) {
   EXPECT_THAT(losses_of(bed), ElementsAre("T0030: im Kreis geführt"));
 }
 
-TEST(Balance, names_areas_without_a_record) {
+TEST(Balance, NamesAreasWithoutARecord) {
   Bed bed;
   bed.erase(FileId::nfl, 5);
   EXPECT_THAT(checked(bed).flow.balance.without_record, ElementsAre(7));
 }
 
 // What enters through the sources leaves through the outlet or is told as lost, whatever is wrong.
-TEST(Balance, comes_out_even_on_random_networks) {
+TEST(Balance, ComesOutEvenOnRandomNetworks) {
   Dice dice(31);
   std::size_t with_losses = 0;
   for (int round = 0; round < 1000; ++round) {
@@ -205,7 +205,7 @@ TEST(Balance, comes_out_even_on_random_networks) {
   EXPECT_GT(with_losses, 100U);
 }
 
-TEST(BalanceText, shows_sums_and_where_the_difference_stays) {
+TEST(BalanceText, ShowsSumsAndWhereTheDifferenceStays) {
   Bed bed;
   bed.line(FileId::sys, 6) = text_of({"V0010", {"T0010"}, {"T0020"}, "BW", "V-01"});
   const schau::variant::Variant variant = bed.variant();
@@ -220,7 +220,7 @@ TEST(BalanceText, shows_sums_and_where_the_difference_stays) {
             "      netz.sys:6: der Rest, der dem fehlenden zweiten Ablauf zukäme\n");
 }
 
-TEST(BalanceText, sums_up_the_smaller_losses) {
+TEST(BalanceText, SumsUpTheSmallerLosses) {
   Bed bed;
   bed.put(FileId::sys, 5, 44, std::string(17, ' '));
   bed.put(FileId::sys, 10, 56, "     ");
@@ -239,7 +239,7 @@ TEST(BalanceText, sums_up_the_smaller_losses) {
             "  nicht enthalten, da ohne Zeile in ihrer Datei: 1 (K0010)\n");
 }
 
-TEST(BalanceJson, holds_the_same) {
+TEST(BalanceJson, HoldsTheSame) {
   Bed bed;
   bed.put(FileId::sys, 10, 56, "     ");
   const schau::variant::Variant variant = bed.variant();

@@ -46,7 +46,7 @@ class PathTest : public ::testing::Test {
   test_files::TemporaryFolder folder_;
 };
 
-TEST_F(PathTest, takes_a_path_with_and_without_the_extension) {
+TEST_F(PathTest, TakesAPathWithAndWithoutTheExtension) {
   for (const std::string& argument : {at("rausel"), at("rausel.sys")}) {
     const VariantPath path = accepted(argument);
     EXPECT_EQ(path.folder, folder_.path());
@@ -55,7 +55,7 @@ TEST_F(PathTest, takes_a_path_with_and_without_the_extension) {
   }
 }
 
-TEST_F(PathTest, takes_a_name_in_the_current_folder) {
+TEST_F(PathTest, TakesANameInTheCurrentFolder) {
   const fs::path before = fs::current_path();
   fs::current_path(folder_.path());
   const VariantPath path = accepted("rausel");
@@ -65,7 +65,7 @@ TEST_F(PathTest, takes_a_name_in_the_current_folder) {
   fs::current_path(before);
 }
 
-TEST_F(PathTest, takes_folders_with_blanks_and_of_any_length) {
+TEST_F(PathTest, TakesFoldersWithBlanksAndOfAnyLength) {
   EXPECT_EQ(accepted(at("mit Leerzeichen/rausel")).folder, folder_.path() / "mit Leerzeichen");
   const std::string folder(150, 'o');
   fs::create_directories(folder_.path() / folder / folder);
@@ -73,12 +73,12 @@ TEST_F(PathTest, takes_folders_with_blanks_and_of_any_length) {
   EXPECT_EQ(accepted(at(folder + "/" + folder + "/rausel")).name, "rausel");
 }
 
-TEST_F(PathTest, prefers_a_name_that_has_the_extension_itself) {
+TEST_F(PathTest, PrefersANameThatHasTheExtensionItself) {
   make("rausel.sys.sys");
   EXPECT_EQ(accepted(at("rausel.sys")).name, "rausel.sys");
 }
 
-TEST_F(PathTest, refuses_a_name_with_a_blank) {
+TEST_F(PathTest, RefusesANameWithABlank) {
   make("var 1.sys");
   const Refusal refusal = refused(at("var 1"));
   EXPECT_EQ(refusal.kind, Refusal::Kind::unusable);
@@ -86,7 +86,7 @@ TEST_F(PathTest, refuses_a_name_with_a_blank) {
   EXPECT_THAT(refusal.way_out, HasSubstr("\"var_1.*\""));
 }
 
-TEST_F(PathTest, refuses_a_name_that_is_too_long) {
+TEST_F(PathTest, RefusesANameThatIsTooLong) {
   make(std::string(116, 'n') + ".sys");
   make(std::string(117, 'n') + ".sys");
   EXPECT_EQ(accepted(at(std::string(116, 'n'))).name.size(), 116U);
@@ -96,12 +96,12 @@ TEST_F(PathTest, refuses_a_name_that_is_too_long) {
   EXPECT_THAT(refusal.way_out, HasSubstr("kürzer"));
 }
 
-TEST_F(PathTest, refuses_a_path_that_ends_in_a_separator) {
+TEST_F(PathTest, RefusesAPathThatEndsInASeparator) {
   EXPECT_EQ(refused("").kind, Refusal::Kind::unusable);
   EXPECT_THAT(refused(at("nichts/")).reason, HasSubstr("nennt keine Variante"));
 }
 
-TEST_F(PathTest, says_what_lies_in_a_folder) {
+TEST_F(PathTest, SaysWhatLiesInAFolder) {
   const Refusal refusal = refused(at("mit Leerzeichen"));
   EXPECT_EQ(refusal.kind, Refusal::Kind::missing);
   EXPECT_THAT(refusal.reason, HasSubstr("ist ein Ordner"));
@@ -110,7 +110,7 @@ TEST_F(PathTest, says_what_lies_in_a_folder) {
   EXPECT_THAT(refused(at("leer")).way_out, HasSubstr("keine Systemdatei"));
 }
 
-TEST_F(PathTest, says_what_a_missing_file_may_have_been_meant_to_be) {
+TEST_F(PathTest, SaysWhatAMissingFileMayHaveBeenMeantToBe) {
   EXPECT_EQ(refused(at("rausel.kfl")).way_out, quoted("Gemeint ist wohl ", at("rausel")));
   EXPECT_THAT(refused(at("RAUSEL")).way_out,
               HasSubstr("Groß- und Kleinschreibung zählt; vorhanden ist: rausel.sys"));
@@ -120,12 +120,12 @@ TEST_F(PathTest, says_what_a_missing_file_may_have_been_meant_to_be) {
   EXPECT_EQ(refused("/gibt/es/nicht").way_out, "");
 }
 
-TEST_F(PathTest, names_no_more_than_five_files) {
+TEST_F(PathTest, NamesNoMoreThanFiveFiles) {
   for (const char* name : {"a", "b", "c", "d", "e"}) make(std::string(name) + ".sys");
   EXPECT_EQ(refused(at("anders")).way_out, "Im selben Ordner liegen: a.sys, b.sys, c.sys, d.sys, e.sys, ...");
 }
 
-TEST_F(PathTest, shows_no_control_characters) {
+TEST_F(PathTest, ShowsNoControlCharacters) {
   EXPECT_THAT(refused(at("\x1B[31mrot")).reason, HasSubstr("␛[31mrot"));
 }
 

@@ -234,7 +234,7 @@ std::vector<TreeShape> shapes() {
   return shapes;
 }
 
-TEST(PlanLayout, of_networks_without_branchings_has_no_overlap_and_no_crossing) {
+TEST(PlanLayout, OfNetworksWithoutBranchingsHasNoOverlapAndNoCrossing) {
   Dice dice(1);
   for (int round = 0; round < 4; ++round) {
     for (const TreeShape& shape : shapes()) {
@@ -250,7 +250,7 @@ TEST(PlanLayout, of_networks_without_branchings_has_no_overlap_and_no_crossing) 
   }
 }
 
-TEST(PlanLayout, of_large_networks_folds_sources_without_overlap) {
+TEST(PlanLayout, OfLargeNetworksFoldsSourcesWithoutOverlap) {
   Dice dice(2);
   for (const std::size_t reach_back : {1U, 3U, 1000U}) {
     const DrawnPlan drawn(
@@ -260,7 +260,7 @@ TEST(PlanLayout, of_large_networks_folds_sources_without_overlap) {
   }
 }
 
-TEST(PlanLayout, of_networks_with_branchings_has_no_overlap_and_no_lines_side_by_side) {
+TEST(PlanLayout, OfNetworksWithBranchingsHasNoOverlapAndNoLinesSideBySide) {
   for (std::uint32_t seed = 0; seed < 60; ++seed) {
     Dice dice(seed);
     const CleanNetwork network = schau_test::clean_network(dice, 5 + dice.roll(200));
@@ -301,7 +301,7 @@ Bed tangle(Dice& dice, std::size_t count, bool is_chain = false) {
   return bed;
 }
 
-TEST(PlanLayout, of_tangled_branchings_has_no_overlap_and_no_lines_side_by_side) {
+TEST(PlanLayout, OfTangledBranchingsHasNoOverlapAndNoLinesSideBySide) {
   for (std::uint32_t seed = 0; seed < 60; ++seed) {
     Dice dice(seed);
     const DrawnPlan drawn(tangle(dice, 4 + dice.roll(60)).variant());
@@ -312,7 +312,7 @@ TEST(PlanLayout, of_tangled_branchings_has_no_overlap_and_no_lines_side_by_side)
 }
 
 // Where arms would stretch the plan far beyond its length, the longest are told and not drawn.
-TEST(PlanLayout, of_many_long_arms_stays_in_proportion) {
+TEST(PlanLayout, OfManyLongArmsStaysInProportion) {
   Dice dice(5);
   const DrawnPlan drawn(tangle(dice, 1500, true).variant(), {.unfold_sources = true});
   expect_sound(drawn);
@@ -324,7 +324,7 @@ TEST(PlanLayout, of_many_long_arms_stays_in_proportion) {
 }
 
 // Of faulty networks every element is drawn once all the same.
-TEST(PlanLayout, of_faulty_networks_shows_every_element_once) {
+TEST(PlanLayout, OfFaultyNetworksShowsEveryElementOnce) {
   Dice dice(3);
   for (const schau_test::Mistake& mistake : schau_test::mistakes()) {
     CleanNetwork network = schau_test::clean_network(dice, 40);
@@ -340,7 +340,7 @@ TEST(PlanLayout, of_faulty_networks_shows_every_element_once) {
   }
 }
 
-TEST(PlanLayout, of_links_that_lead_anywhere_ends) {
+TEST(PlanLayout, OfLinksThatLeadAnywhereEnds) {
   for (std::uint32_t seed = 0; seed < 100; ++seed) {
     Dice dice(seed);
     const std::size_t count = 2 + dice.roll(30);
@@ -360,14 +360,14 @@ TEST(PlanLayout, of_links_that_lead_anywhere_ends) {
   }
 }
 
-TEST(PlanLayout, of_nothing_is_a_page_with_a_title) {
+TEST(PlanLayout, OfNothingIsAPageWithATitle) {
   const DrawnPlan drawn(Bed::empty().variant());
   EXPECT_TRUE(drawn.plan.nodes.empty());
   EXPECT_GT(drawn.plan.width, 0.0);
   EXPECT_THAT(drawn.plan.subtitle, testing::ElementsAre("Das System hat kein Element."));
 }
 
-TEST(PlanLayout, of_real_networks_has_no_overlap) {
+TEST(PlanLayout, OfRealNetworksHasNoOverlap) {
   const char* const chosen = std::getenv("KV_REAL_NETWORKS_DIR");
   const fs::path folder = chosen != nullptr ? chosen : KV_REAL_NETWORKS_DIR;
   if (!fs::exists(folder)) GTEST_SKIP() << "not run: there is no folder of real networks " << folder.string();
@@ -394,7 +394,7 @@ double seconds_for(const Bed& bed) {
 }
 
 // Eight times the elements take about eight times as long; were it quadratic, it would be 64 times.
-TEST(PlanLayout, takes_time_linear_in_the_elements) {
+TEST(PlanLayout, TakesTimeLinearInTheElements) {
   for (const std::size_t reach_back : {1U, 3U, 200U}) {
     Dice dice(4);
     constexpr std::size_t few = 4000;

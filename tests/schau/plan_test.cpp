@@ -76,7 +76,7 @@ std::set<Element> drawn_elements(const DrawnPlan& drawn) {
   return elements;
 }
 
-TEST(Plan, of_a_part_shows_what_drains_into_its_element) {
+TEST(Plan, OfAPartShowsWhatDrainsIntoItsElement) {
   Dice dice(7);
   for (int round = 0; round < 20; ++round) {
     const Bed bed = random_tree(dice, {.sources = 30});
@@ -92,7 +92,7 @@ TEST(Plan, of_a_part_shows_what_drains_into_its_element) {
   }
 }
 
-TEST(Plan, of_a_part_tells_where_the_river_goes_on) {
+TEST(Plan, OfAPartTellsWhereTheRiverGoesOn) {
   const DrawnPlan drawn(Bed().variant(), {.above = 8, .levels = 1});
   EXPECT_THAT(drawn.names(), ElementsAre("N0020", "T0020", "T0030", "T0040"));
   EXPECT_EQ(drawn.node("T0040")->end, End::goes_on);
@@ -104,7 +104,7 @@ TEST(Plan, of_a_part_tells_where_the_river_goes_on) {
                           HasSubstr("Einzugsgebiet bei T0040: 15.545 km²")));
 }
 
-TEST(Plan, folds_sources_from_300_elements_on) {
+TEST(Plan, FoldsSourcesFrom300ElementsOn) {
   Dice dice(8);
   const auto count_of = [](const DrawnPlan& drawn) { return drawn.plan.nodes.size(); };
   for (const std::size_t sources : {60U, 400U}) {
@@ -140,12 +140,12 @@ Bed chain(std::size_t elements) {
   return bed;
 }
 
-TEST(Plan, begins_to_fold_at_exactly_300_elements) {
+TEST(Plan, BeginsToFoldAtExactly300Elements) {
   EXPECT_EQ(DrawnPlan(chain(299).variant()).plan.nodes.size(), 299U);
   EXPECT_EQ(DrawnPlan(chain(300).variant()).plan.nodes.size(), 299U);
 }
 
-TEST(Plan, tells_of_each_element_what_hydrologists_ask) {
+TEST(Plan, TellsOfEachElementWhatHydrologistsAsk) {
   const DrawnPlan drawn(Bed().variant());
   EXPECT_THAT(label_of(drawn, "N0010"), ElementsAre("N0010", "12.400 km²"));
   EXPECT_THAT(label_of(drawn, "K0010"), ElementsAre("K0010", "0.645 km², 35 % befestigt"));
@@ -158,7 +158,7 @@ TEST(Plan, tells_of_each_element_what_hydrologists_ask) {
   EXPECT_THAT(drawn.node("T0010")->tip, HasSubstr("Transportstrecke, netz.sys:5"));
 }
 
-TEST(Plan, widens_lines_with_the_root_of_the_area) {
+TEST(Plan, WidensLinesWithTheRootOfTheArea) {
   const DrawnPlan drawn(Bed().variant());
   const double thinnest = drawn.plan.style.thinnest;
   const double widest = drawn.plan.style.widest;
@@ -174,7 +174,7 @@ TEST(Plan, widens_lines_with_the_root_of_the_area) {
                           DoubleNear(0.01, 1e-9)));
 }
 
-TEST(Plan, marks_dry_and_one_sided_links) {
+TEST(Plan, MarksDryAndOneSidedLinks) {
   Bed bed;
   bed.put(FileId::ver, 2, 14, "2");
   bed.line(FileId::sys, 11) = text_of({"P0010", {}, {"T0050"}});
@@ -184,7 +184,7 @@ TEST(Plan, marks_dry_and_one_sided_links) {
   EXPECT_EQ(line_of(drawn, "T0040", "P0010")->kind, LineKind::one_sided);
 }
 
-TEST(Plan, marks_findings_at_their_element) {
+TEST(Plan, MarksFindingsAtTheirElement) {
   Bed bed;
   bed.put(FileId::kfl, 3, 11, "64,50");
   bed.put(FileId::trs, 3, 13, "99.250");
@@ -195,7 +195,7 @@ TEST(Plan, marks_findings_at_their_element) {
   EXPECT_FALSE(drawn.node("P0010")->mark.has_value());
 }
 
-TEST(Plan, marks_findings_of_folded_sources_where_they_are_folded) {
+TEST(Plan, MarksFindingsOfFoldedSourcesWhereTheyAreFolded) {
   Dice dice(9);
   Bed bed = random_tree(dice, {.sources = 400});
   bed.line(FileId::nfl, 1).replace(10, 5, " 1,50");
@@ -207,7 +207,7 @@ TEST(Plan, marks_findings_of_folded_sources_where_they_are_folded) {
   }
 }
 
-TEST(Plan, tells_links_that_it_does_not_draw) {
+TEST(Plan, TellsLinksThatItDoesNotDraw) {
   Bed loop = Bed::empty();
   loop.lines(FileId::sys) = {text_of({"T0001", {"T0002"}, {"T0002"}}),
                              text_of({"T0002", {"T0001"}, {"T0001"}}), text_of({"T0003", {}, {"ENDE"}})};
@@ -226,7 +226,7 @@ TEST(Plan, tells_links_that_it_does_not_draw) {
   EXPECT_THAT(label_of(drawn, "T0020"), Contains("Ablauf T0099 fehlt"));
 }
 
-TEST(Plan, shows_ends_that_nothing_takes_in) {
+TEST(Plan, ShowsEndsThatNothingTakesIn) {
   Bed bed;
   bed.line(FileId::sys, 9) = text_of({"N0020", {}, {"     "}});
   bed.line(FileId::sys, 10) = text_of({"T0040", {"T0020", "T0030"}, {"P0010"}});
@@ -248,7 +248,7 @@ void collect_texts(const boost::property_tree::ptree& tree, std::vector<std::str
   }
 }
 
-TEST(PlanFile, is_xml_whatever_names_hold) {
+TEST(PlanFile, IsXmlWhateverNamesHold) {
   Bed bed;
   bed.put(FileId::sys, 5, 17, "</g><&\"'>&amp;\x01\x81");
   bed.name = "<netz & 'mehr'>";
@@ -263,7 +263,7 @@ TEST(PlanFile, is_xml_whatever_names_hold) {
   EXPECT_THAT(texts, Contains(HasSubstr("</g><&\"'>&amp;")));
 }
 
-TEST(PlanFile, holds_every_label_and_needs_nothing_else) {
+TEST(PlanFile, HoldsEveryLabelAndNeedsNothingElse) {
   const DrawnPlan drawn(Bed().variant());
   const std::string svg = to_svg(drawn.plan);
   std::vector<std::string> texts;
@@ -278,7 +278,7 @@ TEST(PlanFile, holds_every_label_and_needs_nothing_else) {
   }
 }
 
-TEST(PlanInPage, has_few_elements_and_classes_of_sealing) {
+TEST(PlanInPage, HasFewElementsAndClassesOfSealing) {
   Dice dice(10);
   const DrawnPlan drawn(random_tree(dice, {.sources = 500}).variant());
   const std::string svg = inline_svg(drawn.plan, {.with_labels = false});

@@ -41,7 +41,7 @@ std::string place_of(const Planted& planted) {
   return fmt::format("{}:{}", extension_of(planted.file), planted.line);
 }
 
-TEST(Planting, clean_networks_have_nothing_above_a_hint) {
+TEST(Planting, CleanNetworksHaveNothingAboveAHint) {
   Dice dice(11);
   for (int round = 0; round < 100; ++round) {
     const CleanNetwork network = clean_network(dice, 20 + dice.roll(200));
@@ -54,7 +54,7 @@ TEST(Planting, clean_networks_have_nothing_above_a_hint) {
   }
 }
 
-TEST(Planting, names_nearly_every_mistake_at_its_own_line) {
+TEST(Planting, NamesNearlyEveryMistakeAtItsOwnLine) {
   Dice dice(2025);
   std::map<std::string_view, Tally> families;
   Tally all;

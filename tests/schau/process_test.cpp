@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -146,16 +147,16 @@ TEST_F(Process, DoesNotLiveOnInWhatItLeavesBehind) {
 }
 
 TEST_F(Process, MayRunBesideOthers) {
-  std::vector<std::future<Outcome>> runs;
-  for (int i = 0; i < 8; ++i) {
-    runs.push_back(std::async(std::launch::async, [this, i] {
+  std::array<std::future<Outcome>, 8> runs;
+  for (std::size_t i = 0; i < runs.size(); ++i) {
+    runs.at(i) = std::async(std::launch::async, [this, i] {
       return run_script("sleep 0." + std::to_string(i) + "; echo " + std::to_string(i));
-    }));
+    });
   }
-  for (int i = 0; i < 8; ++i) {
-    const Outcome outcome = runs[static_cast<std::size_t>(i)].get();
+  for (std::size_t i = 0; i < runs.size(); ++i) {
+    const Outcome outcome = runs.at(i).get();
     EXPECT_EQ(outcome.out, std::to_string(i) + "\n");
-    EXPECT_LT(outcome.seconds, 0.1 * i + 0.5);
+    EXPECT_LT(outcome.seconds, 0.1 * static_cast<double>(i) + 0.5);
   }
 }
 

@@ -13,7 +13,6 @@
 namespace {
 
 using schau::findings::Finding;
-using schau::findings::Severity;
 using schau::run::parse_protocol;
 using schau::run::ProtocolFindings;
 using schau::variant::FileId;

@@ -61,7 +61,7 @@ void PrintTo(const Golden& golden, std::ostream* out) {
 
 class GoldenTest : public ::testing::TestWithParam<Golden> {};
 
-TEST_P(GoldenTest, has_the_expected_bytes) {
+TEST_P(GoldenTest, HasTheExpectedBytes) {
   const Folder folder(GetParam().variant);
   const std::string name = GetParam().variant == "rausel" ? "rausel" : "var1";
   const child::Outcome outcome = check(folder, {name});
@@ -82,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Golden{"y23_y24_network_bottom_up", 2}),
     [](const auto& one) { return one.param.variant; });
 
-TEST(Pruefen, changes_nothing_in_the_folder) {
+TEST(Pruefen, ChangesNothingInTheFolder) {
   const Folder folder("a03_forms_of_bad_numbers");
   const auto state = [&] {
     std::map<std::string, std::string> files;
@@ -96,14 +96,14 @@ TEST(Pruefen, changes_nothing_in_the_folder) {
   EXPECT_EQ(state(), before);
 }
 
-TEST(Pruefen, names_files_as_the_variant_was_given) {
+TEST(Pruefen, NamesFilesAsTheVariantWasGiven) {
   const Folder folder("branching_share_text");
   const std::string absolute = (folder.path() / "var1.sys").string();
   EXPECT_THAT(check(folder, {absolute}).out, StartsWith((folder.path() / "var1.ver:1:16: Fehler").string()));
   EXPECT_THAT(check(folder, {"./var1"}).out, StartsWith("./var1.ver:1:16: Fehler"));
 }
 
-TEST(Pruefen, gives_the_same_as_json) {
+TEST(Pruefen, GivesTheSameAsJson) {
   const Folder folder("suppressed_a14_reads_the_first_line");
   const child::Outcome outcome = check(folder, {"--json", "var1"});
   EXPECT_EQ(outcome.exit_status, 2);
@@ -119,7 +119,7 @@ TEST(Pruefen, gives_the_same_as_json) {
   EXPECT_EQ(variant.at("befunde").at(1).at("datei"), "fehlercode.ex");
 }
 
-TEST(Pruefen, gives_json_of_a_refusal_too) {
+TEST(Pruefen, GivesJsonOfARefusalToo) {
   const Folder folder("branching_share_text");
   const child::Outcome outcome = check(folder, {"--json", "nichts", "var1"});
   const nlohmann::json json = nlohmann::json::parse(outcome.out);
@@ -130,7 +130,7 @@ TEST(Pruefen, gives_json_of_a_refusal_too) {
   EXPECT_EQ(outcome.exit_status, 3);
 }
 
-TEST(Pruefen, leaves_out_rules_that_are_switched_off) {
+TEST(Pruefen, LeavesOutRulesThatAreSwitchedOff) {
   const Folder folder("suppressed_a14_reads_the_first_line");
   const child::Outcome one = check(folder, {"--ohne", "zeile-doppelt", "var1"});
   EXPECT_THAT(one.out, AllOf(Not(HasSubstr("[zeile-doppelt]")), HasSubstr("[unterdrueckung]")));
@@ -140,7 +140,7 @@ TEST(Pruefen, leaves_out_rules_that_are_switched_off) {
   EXPECT_EQ(both.exit_status, 0);
 }
 
-TEST(Pruefen, shows_no_more_than_asked_for) {
+TEST(Pruefen, ShowsNoMoreThanAskedFor) {
   const Folder folder("a03_forms_of_bad_numbers");
   const child::Outcome outcome = check(folder, {"--hoechstens", "1", "var1"});
   const std::string out = outcome.out;
@@ -151,7 +151,7 @@ TEST(Pruefen, shows_no_more_than_asked_for) {
   EXPECT_EQ(outcome.exit_status, 2);
 }
 
-TEST(Pruefen, lists_its_rules) {
+TEST(Pruefen, ListsItsRules) {
   const Folder folder("rausel");
   const child::Outcome outcome = check(folder, {"--regeln"});
   std::istringstream lines(outcome.out);
@@ -170,7 +170,7 @@ TEST(Pruefen, lists_its_rules) {
   EXPECT_EQ(outcome.exit_status, 0);
 }
 
-TEST(Pruefen, refuses_names_with_the_reason_and_a_way_out) {
+TEST(Pruefen, RefusesNamesWithTheReasonAndAWayOut) {
   const Folder folder("rausel");
   test_files::write_bytes(folder.path() / "zwei Worte.sys", "");
   const child::Outcome blank = check(folder, {"zwei Worte"});
@@ -187,7 +187,7 @@ TEST(Pruefen, refuses_names_with_the_reason_and_a_way_out) {
   EXPECT_EQ(missing.exit_status, 3);
 }
 
-TEST(Pruefen, takes_several_variants_and_returns_the_highest_status) {
+TEST(Pruefen, TakesSeveralVariantsAndReturnsTheHighestStatus) {
   const Folder folder("branching_share_text");
   const std::string example = (examples_folder / "rausel").string();
   const child::Outcome outcome = check(folder, {example, "var1", "nichts"});
@@ -199,7 +199,7 @@ TEST(Pruefen, takes_several_variants_and_returns_the_highest_status) {
   EXPECT_EQ(check(folder, {"var1", example}).exit_status, 2);
 }
 
-TEST(Pruefen, tells_a_file_that_cannot_be_read) {
+TEST(Pruefen, TellsAFileThatCannotBeRead) {
   const Folder folder("rausel");
   fs::remove(folder.path() / "rausel.kfl");
   const child::Outcome missing = check(folder, {"rausel"});
@@ -213,7 +213,7 @@ TEST(Pruefen, tells_a_file_that_cannot_be_read) {
   EXPECT_EQ(unreadable.exit_status, 3);
 }
 
-TEST(Pruefen, tells_an_output_that_cannot_be_written) {
+TEST(Pruefen, TellsAnOutputThatCannotBeWritten) {
   const Folder folder("rausel");
   std::FILE* const full = std::fopen("/dev/full", "w");
   ASSERT_NE(full, nullptr);
@@ -224,7 +224,7 @@ TEST(Pruefen, tells_an_output_that_cannot_be_written) {
   EXPECT_EQ(outcome.exit_status, 3);
 }
 
-TEST(Usage, is_told_in_german) {
+TEST(Usage, IsToldInGerman) {
   const Folder folder("rausel");
   const auto run = [&](const std::vector<std::string>& arguments) {
     return program::run(arguments, folder.path());
@@ -257,7 +257,7 @@ TEST(Usage, is_told_in_german) {
   }
 }
 
-TEST(Usage, tells_the_version) {
+TEST(Usage, TellsTheVersion) {
   const Folder folder("rausel");
   const child::Outcome outcome = program::run({"--version"}, folder.path());
   EXPECT_EQ(outcome.exit_status, 0);

@@ -51,7 +51,7 @@ std::string random_bytes(Dice& dice, std::size_t count) {
   return bytes;
 }
 
-TEST(RandomBytes, do_no_harm) {
+TEST(RandomBytes, DoNoHarm) {
   Dice dice(3);
   for (int round = 0; round < 300; ++round) {
     Bed bed = Bed::empty();
@@ -63,7 +63,7 @@ TEST(RandomBytes, do_no_harm) {
   }
 }
 
-TEST(RandomBytes, from_the_words_of_the_files_do_no_harm) {
+TEST(RandomBytes, FromTheWordsOfTheFilesDoNoHarm) {
   static const std::vector<std::string> words = {"N0010",
                                                  "T0010",
                                                  "V0010",
@@ -110,7 +110,7 @@ TEST(RandomBytes, from_the_words_of_the_files_do_no_harm) {
   EXPECT_GT(findings, 1000U);
 }
 
-TEST(RandomBytes, in_sound_files_do_no_harm) {
+TEST(RandomBytes, InSoundFilesDoNoHarm) {
   Dice dice(5);
   for (int round = 0; round < 500; ++round) {
     CleanNetwork network = clean_network(dice, 20);
@@ -125,7 +125,7 @@ TEST(RandomBytes, in_sound_files_do_no_harm) {
   }
 }
 
-TEST(RandomBytes, in_one_long_line_do_no_harm) {
+TEST(RandomBytes, InOneLongLineDoNoHarm) {
   Dice dice(6);
   Bed bed;
   for (const FileId file : {FileId::sys, FileId::nfl, FileId::trs}) {
@@ -258,12 +258,12 @@ double seconds_to_check(const schau::variant::Variant& variant) {
   return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
 }
 
-TEST_P(ManyMistakesTest, are_found_and_shown) {
+TEST_P(ManyMistakesTest, AreFoundAndShown) {
   constexpr std::size_t length = 2000;
   EXPECT_GE(check_and_show(with_mistakes(GetParam(), length)), length * GetParam().findings_for_each);
 }
 
-TEST_P(ManyMistakesTest, take_time_by_their_number) {
+TEST_P(ManyMistakesTest, TakeTimeByTheirNumber) {
   constexpr std::size_t length = 10'000;
   constexpr std::size_t times = 4;
   const schau::variant::Variant few = with_mistakes(GetParam(), length).variant();

@@ -27,7 +27,6 @@ using folder_state::changes;
 using folder_state::State;
 using test_files::read_bytes;
 using test_files::write_bytes;
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;

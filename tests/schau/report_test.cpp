@@ -44,7 +44,7 @@ nlohmann::json data_of(const std::string& html) {
   return nlohmann::json::parse(html.substr(from, html.find("</script>", from) - from));
 }
 
-TEST(Report, sums_up_the_variant) {
+TEST(Report, SumsUpTheVariant) {
   const Report report = report_on(Bed());
   EXPECT_EQ(report.element_count, 10U);
   EXPECT_THAT(report.kinds,
@@ -59,7 +59,7 @@ TEST(Report, sums_up_the_variant) {
   EXPECT_EQ(report.links.size(), 10U);
 }
 
-TEST(Report, has_a_row_for_each_element) {
+TEST(Report, HasARowForEachElement) {
   const Report report = report_on(Bed());
   const schau::report::ElementEntry& reach = report.elements.at(2);
   EXPECT_EQ(reach.name, "T0010");
@@ -72,7 +72,7 @@ TEST(Report, has_a_row_for_each_element) {
   EXPECT_FALSE(report.elements.at(0).station.has_value());
 }
 
-TEST(Report, lists_what_is_lost_the_largest_first) {
+TEST(Report, ListsWhatIsLostTheLargestFirst) {
   Bed bed;
   bed.line(FileId::sys, 6) = schau_test::text_of({"V0010", {"T0010"}, {"T0020"}, "BW", "V-01"});
   const Report report = report_on(bed);
@@ -83,7 +83,7 @@ TEST(Report, lists_what_is_lost_the_largest_first) {
   EXPECT_NEAR(report.balance[2].areas.all(), 0.35 * 13.045, 1e-9);
 }
 
-TEST(Report, shows_a_finding_in_its_line) {
+TEST(Report, ShowsAFindingInItsLine) {
   Bed bed;
   bed.put(FileId::kfl, 3, 11, "64,50");
   const Report report = report_on(bed);
@@ -103,7 +103,7 @@ TEST(Report, shows_a_finding_in_its_line) {
   EXPECT_EQ(finding.source[2].after, " 0.35");
 }
 
-TEST(Report, leaves_out_findings_beyond_its_limit_and_says_so) {
+TEST(Report, LeavesOutFindingsBeyondItsLimitAndSaysSo) {
   Dice dice(1);
   Bed bed = schau_test::random_tree(dice, {.sources = schau::report::most_findings + 100});
   for (std::string& line : bed.lines(FileId::nfl)) std::ranges::replace(line, '.', ',');
@@ -115,7 +115,7 @@ TEST(Report, leaves_out_findings_beyond_its_limit_and_says_so) {
   EXPECT_THAT(to_html(report), HasSubstr(std::to_string(report.findings_left_out) + " weitere Befunde"));
 }
 
-TEST(Report, tells_what_differs_from_an_older_variant) {
+TEST(Report, TellsWhatDiffersFromAnOlderVariant) {
   Bed bed;
   bed.put(FileId::nfl, 3, 11, "13.40");
   Report report = report_on(bed);
@@ -149,7 +149,7 @@ TEST(Report, tells_what_differs_from_an_older_variant) {
   EXPECT_THAT(to_html(report_on(bed)), Not(HasSubstr("id=\"vergleich\"")));
 }
 
-TEST(Page, holds_the_parts_of_the_report) {
+TEST(Page, HoldsThePartsOfTheReport) {
   Bed bed;
   bed.put(FileId::kfl, 3, 11, "64,50");
   const std::string html = to_html(report_on(bed));
@@ -170,7 +170,7 @@ TEST(Page, holds_the_parts_of_the_report) {
   EXPECT_EQ(data["plan"]["lines"].size(), 10U);
 }
 
-TEST(Page, needs_nothing_but_itself) {
+TEST(Page, NeedsNothingButItself) {
   const std::string html = to_html(report_on(Bed()));
   for (const char* foreign : {"<link", " src=", "url(", "@import", "https:", "import(", "fetch("}) {
     EXPECT_THAT(html, Not(HasSubstr(foreign)));
@@ -179,7 +179,7 @@ TEST(Page, needs_nothing_but_itself) {
 }
 
 // Names that would close what they stand in, or be taken for the template's own.
-TEST(Page, shows_hostile_names_as_they_are) {
+TEST(Page, ShowsHostileNamesAsTheyAre) {
   for (const char* name :
        {"</script><b>&\"'", "<svg onload=s=1>", "{{{css}}}{{title}", "--><!--<script>", "]]></title>&lt;"}) {
     Bed bed;

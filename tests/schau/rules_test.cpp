@@ -41,11 +41,11 @@ std::vector<std::string> places_of(const std::vector<schau::findings::Finding>& 
   return places;
 }
 
-TEST(Bed, holds_nothing_to_find) {
+TEST(Bed, HoldsNothingToFind) {
   EXPECT_THAT(all_findings(Bed()), IsEmpty());
 }
 
-TEST(Rules, all_have_a_case) {
+TEST(Rules, AllHaveACase) {
   std::set<std::string> tested;
   for (const RuleCase& one : all_cases()) tested.insert(std::string(one.rule));
   for (const schau::findings::Rule* rule : schau::rules::all_rules()) {
@@ -53,7 +53,7 @@ TEST(Rules, all_have_a_case) {
   }
 }
 
-TEST(Rules, have_identifiers_of_their_own) {
+TEST(Rules, HaveIdentifiersOfTheirOwn) {
   std::set<std::string_view> identifiers;
   for (const schau::findings::Rule* rule : schau::rules::all_rules()) {
     EXPECT_TRUE(identifiers.insert(rule->identifier).second) << rule->identifier;
@@ -68,7 +68,7 @@ TEST(Rules, have_identifiers_of_their_own) {
 
 class RuleTest : public ::testing::TestWithParam<RuleCase> {};
 
-TEST_P(RuleTest, is_found_at_its_place) {
+TEST_P(RuleTest, IsFoundAtItsPlace) {
   const RuleCase& one = GetParam();
   Bed bed;
   one.make(bed);
@@ -79,14 +79,14 @@ TEST_P(RuleTest, is_found_at_its_place) {
   EXPECT_THAT(found.front().hint, HasSubstr(one.hint));
 }
 
-TEST_P(RuleTest, is_not_found_on_the_clean_twin) {
+TEST_P(RuleTest, IsNotFoundOnTheCleanTwin) {
   const RuleCase& one = GetParam();
   Bed bed;
   one.make_clean(bed);
   EXPECT_THAT(places_of(findings_of(bed, one.rule)), IsEmpty());
 }
 
-TEST_P(RuleTest, is_silent_when_switched_off) {
+TEST_P(RuleTest, IsSilentWhenSwitchedOff) {
   const RuleCase& one = GetParam();
   Bed bed;
   one.make(bed);

@@ -231,7 +231,7 @@ void compare_with_run(const Bed& bed, Compared& compared) {
   ++compared.totals;
 }
 
-TEST(SameAsRun, on_random_networks_with_mistakes) {
+TEST(SameAsRun, OnRandomNetworksWithMistakes) {
   Dice dice(77);
   Compared compared;
   constexpr int rounds = 3000;

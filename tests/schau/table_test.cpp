@@ -110,8 +110,9 @@ TEST(Table, TakesNamesAsTheyAre) {
 
 TEST(Table, MayHaveTheLineEndsOfAnotherSystem) {
   std::string bytes;
-  for (const char byte : heading + row + further_inflow)
-    bytes += byte == '\n' ? "\r\n" : std::string(1, byte);
+  for (const std::string& lines : {heading, row, further_inflow}) {
+    for (const char byte : lines) bytes += byte == '\n' ? "\r\n" : std::string(1, byte);
+  }
   const Table table = parse_table(bytes);
   EXPECT_FALSE(table.fault);
   ASSERT_THAT(table.reaches, SizeIs(1));

@@ -73,7 +73,7 @@ void expect_plain_unions(const Network& network) {
   }
 }
 
-TEST(UpstreamSums, count_both_arms_once) {
+TEST(UpstreamSums, CountBothArmsOnce) {
   //     1 - 2 (branching) - 3, 4 - 5 (joined) - 6
   const Network network = network_of({{}, {1}, {2}, {2}, {3, 4}, {5}});
   const std::vector<Weights> weights = {{0, 0}, {10, 1}, {20, 1}, {30, 1}, {40, 1}, {50, 1}, {60, 1}};
@@ -85,7 +85,7 @@ TEST(UpstreamSums, count_both_arms_once) {
   EXPECT_EQ(sums[6], (Weights{210, 6}));
 }
 
-TEST(UpstreamSums, leave_out_what_a_loop_leads_back) {
+TEST(UpstreamSums, LeaveOutWhatALoopLeadsBack) {
   const Network network = network_of({{3}, {1}, {2}, {3}});
   const std::vector<Weights> weights(5, Weights{1, 1});
   const auto sums = schau::network::upstream_sums(network, {1, 2, 3, 4}, weights);
@@ -93,7 +93,7 @@ TEST(UpstreamSums, leave_out_what_a_loop_leads_back) {
 }
 
 // Random acyclic graphs from trees to meshes: every element may drain into many others.
-TEST(UpstreamSums, are_those_of_plain_unions) {
+TEST(UpstreamSums, AreThoseOfPlainUnions) {
   for (std::uint32_t seed = 1; seed <= 400; ++seed) {
     SCOPED_TRACE(seed);
     Dice dice(seed);
@@ -110,7 +110,7 @@ TEST(UpstreamSums, are_those_of_plain_unions) {
 }
 
 // Most elements drain into one, as in rivers.
-TEST(UpstreamSums, are_those_of_plain_unions_in_rivers) {
+TEST(UpstreamSums, AreThoseOfPlainUnionsInRivers) {
   for (std::uint32_t seed = 1; seed <= 100; ++seed) {
     SCOPED_TRACE(seed);
     Dice dice(seed);
@@ -145,7 +145,7 @@ std::map<std::string, std::uint32_t> orders_of(const Lines& lines) {
   return orders;
 }
 
-TEST(StreamOrder, rises_where_two_of_the_highest_meet) {
+TEST(StreamOrder, RisesWhereTwoOfTheHighestMeet) {
   const auto orders = orders_of({{"N0001", {}, {"T0001"}},
                                  {"T0001", {"N0001"}, {"T0003"}},
                                  {"N0002", {}, {"T0002"}},
@@ -160,7 +160,7 @@ TEST(StreamOrder, rises_where_two_of_the_highest_meet) {
   EXPECT_EQ(orders.at("T0005"), 2U) << "a tributary of lower order changes nothing";
 }
 
-TEST(StreamOrder, takes_gauges_for_one_junction) {
+TEST(StreamOrder, TakesGaugesForOneJunction) {
   // Streams of orders 1, 1 and 2 meet: the highest order is there once.
   Lines lines = {{"N0001", {}, {"T0001"}},
                  {"N0002", {}, {"T0002"}},
@@ -176,7 +176,7 @@ TEST(StreamOrder, takes_gauges_for_one_junction) {
   EXPECT_EQ(orders_of(lines).at("T0006"), 2U);
 }
 
-TEST(StreamOrder, does_not_rise_where_two_arms_meet_again) {
+TEST(StreamOrder, DoesNotRiseWhereTwoArmsMeetAgain) {
   const auto orders = orders_of({{"N0001", {}, {"T0001"}},
                                  {"N0002", {}, {"T0002"}},
                                  {"T0001", {"N0001"}, {"V0001"}},
@@ -190,7 +190,7 @@ TEST(StreamOrder, does_not_rise_where_two_arms_meet_again) {
   EXPECT_EQ(orders.at("T0005"), 2U);
 }
 
-TEST(StreamOrder, begins_at_a_branching_below_sources) {
+TEST(StreamOrder, BeginsAtABranchingBelowSources) {
   const auto orders = orders_of({{"N0001", {}, {"V0001"}},
                                  {"V0001", {"N0001"}, {"T0003", "T0004"}},
                                  {"T0003", {"V0001"}, {"T0005"}},
@@ -249,7 +249,7 @@ class RealNetworks : public testing::TestWithParam<const char*> {
 // These sources count both sides of every divergence, whatever its shares.
 class CountedOnce : public RealNetworks {};
 
-TEST_P(CountedOnce, meets_the_published_area_at_every_reach) {
+TEST_P(CountedOnce, MeetsThePublishedAreaAtEveryReach) {
   const Network network = schau::network::link(variant_);
   std::vector<Weights> reaches(network.count() + 1);
   for (Element i = 1; i <= network.count(); ++i) reaches[i] = {variant_.type(i) == 'T' ? 1.0 : 0.0, 0.0};
@@ -285,7 +285,7 @@ class GivenToOneArm : public RealNetworks {
   }
 };
 
-TEST_P(GivenToOneArm, meets_the_published_area_where_dry_arms_do_not_count) {
+TEST_P(GivenToOneArm, MeetsThePublishedAreaWhereDryArmsDoNotCount) {
   Network network = schau::network::link(variant_);
   cut_dry_arms(network);
   const std::vector<Upstream> upstream = schau::network::look_upstream(
@@ -295,7 +295,7 @@ TEST_P(GivenToOneArm, meets_the_published_area_where_dry_arms_do_not_count) {
     EXPECT_NEAR(upstream[element_of(reach)].catchment, reach.area, reach.tolerance) << reach.reach;
 }
 
-TEST_P(GivenToOneArm, is_never_more_than_what_is_counted_once) {
+TEST_P(GivenToOneArm, IsNeverMoreThanWhatIsCountedOnce) {
   const std::vector<Upstream> upstream = look(variant_);
   std::size_t equal = 0;
   for (const Published& reach : published_) {
@@ -339,7 +339,7 @@ double seconds_for(const Network& network) {
   return time.count();
 }
 
-TEST(UpstreamSums, take_seconds_for_a_million_elements) {
+TEST(UpstreamSums, TakeSecondsForAMillionElements) {
   const double time = seconds_for(large_river(1'000'000, 50));
   RecordProperty("seconds", std::to_string(time));
   EXPECT_LT(time, 20.0);

@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <string>
@@ -27,7 +29,6 @@ namespace fs = std::filesystem;
 using namespace schau::variant;
 using schau_test::Bed;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 
 TextFile file_of(std::string_view bytes) {
   return TextFile::of_bytes(bytes, "datei");
@@ -40,7 +41,7 @@ std::vector<std::string> lines_of(std::string_view bytes) {
   return lines;
 }
 
-TEST(TextFile, cuts_lines_at_all_three_ends) {
+TEST(TextFile, CutsLinesAtAllThreeEnds) {
   EXPECT_THAT(lines_of(""), ElementsAre());
   EXPECT_THAT(lines_of("a\nbc\n"), ElementsAre("a", "bc"));
   EXPECT_THAT(lines_of("a\r\nbc"), ElementsAre("a", "bc"));
@@ -49,7 +50,7 @@ TEST(TextFile, cuts_lines_at_all_three_ends) {
   EXPECT_THAT(lines_of("\n"), ElementsAre(""));
 }
 
-TEST(TextFile, tells_the_ends_of_its_lines) {
+TEST(TextFile, TellsTheEndsOfItsLines) {
   const TextFile file = file_of("a\nb\r\nc\rd");
   EXPECT_EQ(file.line_end(1), LineEnd::lf);
   EXPECT_EQ(file.line_end(2), LineEnd::crlf);
@@ -61,7 +62,7 @@ TEST(TextFile, tells_the_ends_of_its_lines) {
   EXPECT_EQ(file_of("a\nb").count_of(LineEnd::none), 1U);
 }
 
-TEST(TextFile, counts_columns_as_an_editor_does) {
+TEST(TextFile, CountsColumnsAsAnEditorDoes) {
   const TextFile utf8 = file_of("\xEF\xBB\xBFä€b\nab");
   EXPECT_EQ(utf8.encoding(), Encoding::utf_8);
   EXPECT_EQ(utf8.character_column(1, 1), 1U);
@@ -77,7 +78,7 @@ TEST(TextFile, counts_columns_as_an_editor_does) {
   EXPECT_EQ(bytes.character_column(1, 3), 3U);
 }
 
-TEST(TextFile, is_missing_or_unreadable) {
+TEST(TextFile, IsMissingOrUnreadable) {
   const test_files::TemporaryFolder folder;
   EXPECT_EQ(TextFile::read(folder.file("nichts"), "nichts").state(), FileState::missing);
   const TextFile place = TextFile::read(folder.path(), "ordner");
@@ -88,13 +89,13 @@ TEST(TextFile, is_missing_or_unreadable) {
   EXPECT_TRUE(TextFile::read(folder.file("da"), "da").was_read());
 }
 
-TEST(TextFile, does_not_wait_for_a_pipe) {
+TEST(TextFile, DoesNotWaitForAPipe) {
   const test_files::TemporaryFolder folder;
-  ASSERT_EQ(std::system(("mkfifo " + folder.file("pipe")).c_str()), 0);
+  ASSERT_EQ(mkfifo(folder.file("pipe").c_str(), 0600), 0);
   EXPECT_EQ(TextFile::read(folder.file("pipe"), "pipe").fault(), "ist keine gewöhnliche Datei");
 }
 
-TEST(Encoding, is_told_from_the_bytes) {
+TEST(Encoding, IsToldFromTheBytes) {
   EXPECT_EQ(encoding_of("nur ASCII"), Encoding::windows_1252);
   EXPECT_EQ(encoding_of("\xFC"
                         "ber"),
@@ -106,12 +107,12 @@ TEST(Encoding, is_told_from_the_bytes) {
   EXPECT_EQ(encoding_of(std::string_view("Name mit einem \0", 16)), Encoding::windows_1252);
 }
 
-TEST(Encoding, turns_utf8_into_single_bytes) {
+TEST(Encoding, TurnsUtf8IntoSingleBytes) {
   EXPECT_EQ(utf8_to_windows_1252("Höhe in m², 5 €"), "H\xF6he in m\xB2, 5 \x80");
   EXPECT_EQ(utf8_to_windows_1252("\xFC Ω"), "\xFC ?");
 }
 
-TEST(Names, are_five_bytes) {
+TEST(Names, AreFiveBytes) {
   EXPECT_EQ(text_of(name_at("   T1", 4)), "T1");
   EXPECT_EQ(text_of(name_at("   T1", 4), false), "T1   ");
   EXPECT_EQ(name_of("T1"), name_of("T1   "));
@@ -119,7 +120,7 @@ TEST(Names, are_five_bytes) {
   EXPECT_EQ(letter_of(name_of("V0010")), 'V');
 }
 
-TEST(Names, are_found_first_and_last) {
+TEST(Names, AreFoundFirstAndLast) {
   NameIndex index;
   index.fill({blank_name, name_of("T1"), name_of("T2"), blank_name, name_of("T1")});
   EXPECT_EQ(index.first(name_of("T1")), 1U);
@@ -130,7 +131,7 @@ TEST(Names, are_found_first_and_last) {
   EXPECT_TRUE(index.has_repetitions());
 }
 
-TEST(Names, differ_by_so_many_changes) {
+TEST(Names, DifferBySoManyChanges) {
   EXPECT_EQ(changes_between(name_of("T0010"), name_of("T0010")), 0U);
   EXPECT_EQ(changes_between(name_of("T0010"), name_of("T0020")), 1U);
   EXPECT_EQ(changes_between(name_of("T0010"), name_of("T0100")), 1U);
@@ -140,13 +141,13 @@ TEST(Names, differ_by_so_many_changes) {
 }
 
 std::string meant(const std::vector<std::string>& names, std::string_view name) {
-  std::vector<NameKey> keys;
-  for (const std::string& one : names) keys.push_back(name_of(one));
+  std::vector<NameKey> keys(names.size());
+  std::ranges::transform(names, keys.begin(), [](const std::string& one) { return name_of(one); });
   const NameKey found = SimilarNames(keys).meant_by(name_of(name));
   return found == 0 ? "" : text_of(found);
 }
 
-TEST(Names, are_guessed_only_when_it_is_clear) {
+TEST(Names, AreGuessedOnlyWhenItIsClear) {
   EXPECT_EQ(meant({"N0010", "N0030"}, "N0O30"), "N0030");
   EXPECT_EQ(meant({"N0010", "N0030"}, "n0010"), "N0010");
   EXPECT_EQ(meant({"N0010", "N0050"}, "N0011"), "N0010");
@@ -160,7 +161,7 @@ TEST(Names, are_guessed_only_when_it_is_clear) {
 }
 
 // The numbers of KV_Akum's own procedures, over many random fields.
-TEST(Numbers, are_read_as_in_a_run) {
+TEST(Numbers, AreReadAsInARun) {
   static constexpr std::string_view characters = "  0123456789..,+-Ee";
   Dice dice(5);
   for (int round = 0; round < 200000; ++round) {
@@ -181,14 +182,13 @@ TEST(Numbers, are_read_as_in_a_run) {
   }
 }
 
-TEST(Shown, makes_everything_visible) {
+TEST(Shown, MakesEverythingVisible) {
   EXPECT_EQ(shown("\xE4\x80\xA0\x81", Encoding::windows_1252), "ä€␣�");
   EXPECT_EQ(shown("a\tb\x1B[31m\x7F", Encoding::windows_1252), "a→b␛[31m␡");
   EXPECT_EQ(shown(std::string_view("\0\r", 2), Encoding::windows_1252), "␀␍");
   EXPECT_EQ(shown("ä\xC3", Encoding::utf_8), "ä�");
-  EXPECT_EQ(shown_utf8("\xE2\x80\xAE"
-                       "txt"),
-            "�txt");
+  const std::string right_to_left = {'\xE2', '\x80', '\xAE'};
+  EXPECT_EQ(shown_utf8(right_to_left + "txt"), "�txt");
 }
 
 std::string with_mark(std::string_view bytes, std::size_t column, std::size_t count) {
@@ -197,7 +197,7 @@ std::string with_mark(std::string_view bytes, std::size_t column, std::size_t co
   return line.text + "|" + std::string(line.begin, ' ') + std::string(line.length, '^');
 }
 
-TEST(ShownLine, has_its_mark_under_the_characters) {
+TEST(ShownLine, HasItsMarkUnderTheCharacters) {
   EXPECT_EQ(with_mark("abcdef", 3, 2), "abcdef|  ^^");
   EXPECT_EQ(with_mark("\xFC\xE4"
                       "bc",
@@ -222,7 +222,7 @@ TEST(ShownLine, has_its_mark_under_the_characters) {
             "aä|^");
 }
 
-TEST(ShownLine, of_a_long_line_is_a_part) {
+TEST(ShownLine, OfALongLineIsAPart) {
   const std::string bytes = std::string(300, 'a') + "XYZ" + std::string(300, 'b');
   const ShownLine line = show_line(file_of(bytes), 1, 301, 3);
   EXPECT_TRUE(line.text.starts_with("…aaa"));
@@ -232,7 +232,7 @@ TEST(ShownLine, of_a_long_line_is_a_part) {
   EXPECT_EQ(line.length, 3U);
 }
 
-TEST(Variant, finds_elements_up_to_the_end_marker) {
+TEST(Variant, FindsElementsUpToTheEndMarker) {
   const Variant variant = Bed().variant();
   EXPECT_EQ(variant.element_count(), 10U);
   EXPECT_EQ(text_of(variant.names[1]), "N0010");
@@ -241,7 +241,7 @@ TEST(Variant, finds_elements_up_to_the_end_marker) {
   EXPECT_EQ(schau_test::place_words(place_of_element(variant, 4)), "sys:6:36+5");
 }
 
-TEST(Variant, finds_names_in_files) {
+TEST(Variant, FindsNamesInFiles) {
   const Variant variant = Bed().variant();
   const auto place = [&](FileId file, std::string_view name) {
     const std::optional<Place> found = find_name(variant, file, name_of(name));
@@ -254,7 +254,7 @@ TEST(Variant, finds_names_in_files) {
   EXPECT_EQ(place(FileId::result, "N0010"), "");
 }
 
-TEST(Variant, reads_what_lies_in_a_folder) {
+TEST(Variant, ReadsWhatLiesInAFolder) {
   const test_files::TemporaryFolder folder;
   const Bed bed;
   for (const FileId file : {FileId::sys, FileId::nfl, FileId::trs}) {
@@ -276,7 +276,7 @@ TEST(Variant, reads_what_lies_in_a_folder) {
   EXPECT_EQ(variant.surroundings.result_link, std::nullopt);
 }
 
-TEST(Variant, knows_a_result_that_is_a_link) {
+TEST(Variant, KnowsAResultThatIsALink) {
   const test_files::TemporaryFolder folder;
   test_files::write_bytes(folder.file("netz.sys"), Bed().bytes(FileId::sys));
   fs::create_symlink("anderswo", folder.file("netz.Akum"));
@@ -288,7 +288,7 @@ TEST(Variant, knows_a_result_that_is_a_link) {
   EXPECT_EQ(around.result_link, std::nullopt);
 }
 
-TEST(Records, are_searched_in_system_order_with_one_rewind) {
+TEST(Records, AreSearchedInSystemOrderWithOneRewind) {
   Bed bed;
   bed.replace(FileId::nfl, {"   N0020    2.0", "          ha", "   N0010    1.0", "   N0020    3.0"});
   const Variant variant = bed.variant();

@@ -69,14 +69,14 @@ std::vector<std::string> causes_of(const Comparison& comparison) {
   return texts;
 }
 
-TEST(Comparison, finds_a_variant_equal_to_itself) {
+TEST(Comparison, FindsAVariantEqualToItself) {
   const Comparison comparison = comparison_of(Bed(), Bed());
   EXPECT_TRUE(comparison.is_equal());
   EXPECT_EQ(comparison.old_count, 10U);
   EXPECT_EQ(comparison.compared_reaches, 5U);
 }
 
-TEST(Comparison, takes_other_writings_for_the_same) {
+TEST(Comparison, TakesOtherWritingsForTheSame) {
   Bed newer;
   newer.erase(FileId::sys, 1);
   newer.put(FileId::sys, 1, 1, "Kommentar");
@@ -87,7 +87,7 @@ TEST(Comparison, takes_other_writings_for_the_same) {
   EXPECT_THAT(changes_of(comparison_of(Bed(), newer)), IsEmpty());
 }
 
-TEST(Comparison, names_what_came_and_went) {
+TEST(Comparison, NamesWhatCameAndWent) {
   Bed newer;
   newer.line(FileId::sys, line_of_n0020) = text_of({"N0030", {}, {"T0040"}});
   newer.line(FileId::sys, line_of_t0040) = text_of({"T0040", {"T0020", "T0030", "N0030"}, {"P0010"}});
@@ -101,7 +101,7 @@ TEST(Comparison, names_what_came_and_went) {
   EXPECT_THAT(comparison.reaches, IsEmpty()) << "the area is the same";
 }
 
-TEST(Comparison, names_changed_inputs_with_their_lines) {
+TEST(Comparison, NamesChangedInputsWithTheirLines) {
   Bed newer;
   newer.put(FileId::nfl, 3, 11, "12.90");
   newer.put(FileId::kfl, 3, 16, " 0.45");
@@ -118,7 +118,7 @@ TEST(Comparison, names_changed_inputs_with_their_lines) {
   EXPECT_EQ(comparison.changes[3].effect, 0.0);
 }
 
-TEST(Comparison, knows_what_a_code_decides) {
+TEST(Comparison, KnowsWhatACodeDecides) {
   Bed newer;
   newer.put(FileId::ver, 2, 11, "   2");
   const Comparison comparison = comparison_of(Bed(), newer);
@@ -127,7 +127,7 @@ TEST(Comparison, knows_what_a_code_decides) {
   EXPECT_DOUBLE_EQ(comparison.changes[0].effect, 13.045);
 }
 
-TEST(Comparison, tells_each_sum_that_differs) {
+TEST(Comparison, TellsEachSumThatDiffers) {
   Bed newer;
   newer.put(FileId::nfl, 3, 11, "12.90");
   const Comparison comparison = comparison_of(Bed(), newer);
@@ -147,7 +147,7 @@ TEST(Comparison, tells_each_sum_that_differs) {
   EXPECT_THAT(below.differs, ElementsAre(false, true, false, false, false, false, true));
 }
 
-TEST(Comparison, sorts_by_effect) {
+TEST(Comparison, SortsByEffect) {
   Bed newer;
   newer.put(FileId::nfl, 3, 11, "12.90");
   const Comparison comparison = comparison_of(Bed(), newer);
@@ -156,7 +156,7 @@ TEST(Comparison, sorts_by_effect) {
   EXPECT_THAT(names, ElementsAre("T0010", "T0040", "T0050", "T0020", "T0030"));
 }
 
-TEST(Comparison, lets_differences_up_to_the_tolerance_pass) {
+TEST(Comparison, LetsDifferencesUpToTheTolerancePass) {
   Bed newer;
   newer.put(FileId::kfl, 3, 11, "64.60");  // 0.001 km² more
   EXPECT_THAT(comparison_of(Bed(), newer).reaches, IsEmpty());
@@ -167,7 +167,7 @@ TEST(Comparison, lets_differences_up_to_the_tolerance_pass) {
 
 // Causes.
 
-TEST(Causes, lie_upstream) {
+TEST(Causes, LieUpstream) {
   Bed newer;
   newer.put(FileId::ver, 2, 16, " 60.0");
   newer.put(FileId::nfl, 5, 11, "260.0");
@@ -176,7 +176,7 @@ TEST(Causes, lie_upstream) {
                           "T0050: N0020 (Fläche)"));
 }
 
-TEST(Causes, of_a_moved_element_end_where_its_ways_meet) {
+TEST(Causes, OfAMovedElementEndWhereItsWaysMeet) {
   Bed newer;
   newer.line(FileId::sys, line_of_n0010) = text_of({"N0010", {}, {"T0020"}});
   newer.line(FileId::sys, line_of_t0010) = text_of({"T0010", {"K0010"}, {"V0010"}});
@@ -191,7 +191,7 @@ TEST(Causes, of_a_moved_element_end_where_its_ways_meet) {
                   "T0030: N0010 (anders verbunden)", "T0040: N0020 (Fläche)", "T0050: N0020 (Fläche)"));
 }
 
-TEST(Causes, are_no_elements_that_pass_all_on) {
+TEST(Causes, AreNoElementsThatPassAllOn) {
   Bed newer;
   newer.line(FileId::sys, line_of_t0040) = text_of({"T0040", {"T0020", "T0030", "N0020"}, {"T0050"}});
   newer.line(FileId::sys, line_of_t0050) = text_of({"T0050", {"T0040"}, {"ENDE"}});
@@ -202,14 +202,14 @@ TEST(Causes, are_no_elements_that_pass_all_on) {
               ElementsAre("T0040: N0020 (Fläche)", "T0050: N0020 (Fläche)"));
 }
 
-TEST(Causes, are_elements_that_pass_all_on_where_they_break_the_flow) {
+TEST(Causes, AreElementsThatPassAllOnWhereTheyBreakTheFlow) {
   Bed newer;
   newer.line(FileId::sys, line_of_t0050) = text_of({"T0050", {}, {"ENDE"}});
   newer.erase(FileId::sys, line_of_p0010);
   EXPECT_THAT(causes_of(comparison_of(Bed(), newer)), ElementsAre("T0050: P0010 (entfallen)"));
 }
 
-TEST(Causes, are_elements_that_fall_out_of_the_flow_beside_other_changes) {
+TEST(Causes, AreElementsThatFallOutOfTheFlowBesideOtherChanges) {
   Bed newer;
   newer.put(FileId::sys, 7, 36, "t0020");  // no element any more
   newer.put(FileId::nfl, 3, 11, "12.90");
@@ -219,7 +219,7 @@ TEST(Causes, are_elements_that_fall_out_of_the_flow_beside_other_changes) {
                   "T0050: T0020 (entfallen) N0010 (Fläche)"));
 }
 
-TEST(Causes, are_basins_that_end_direct_areas) {
+TEST(Causes, AreBasinsThatEndDirectAreas) {
   Bed newer;
   newer.line(FileId::sys, line_of_p0010) = text_of({"B0010", {"T0040"}, {"T0050", "T0050"}});
   newer.line(FileId::sys, line_of_t0040) = text_of({"T0040", {"T0020", "T0030", "N0020"}, {"B0010"}});
@@ -229,7 +229,7 @@ TEST(Causes, are_basins_that_end_direct_areas) {
   EXPECT_THAT(comparison.reaches[0].differs, ElementsAre(true, false, false, false, false, false, false));
 }
 
-TEST(Causes, are_links_that_only_the_lower_end_changes) {
+TEST(Causes, AreLinksThatOnlyTheLowerEndChanges) {
   Bed newer;
   newer.line(FileId::sys, line_of_t0040) = text_of({"T0040", {"T0020", "T0030"}, {"P0010"}});
   const Comparison comparison = comparison_of(Bed(), newer);
@@ -239,24 +239,24 @@ TEST(Causes, are_links_that_only_the_lower_end_changes) {
               ElementsAre("T0040: T0040 (anders verbunden)", "T0050: T0040 (anders verbunden)"));
 }
 
-TEST(Causes, are_the_largest_where_there_are_many) {
+TEST(Causes, AreTheLargestWhereThereAreMany) {
   Bed older;
   Bed newer;
   // Ten more areas above T0010, two to a reach, each larger in the newer variant.
   std::string last;
-  for (int k = 1; k <= 5; ++k) {
+  for (std::size_t k = 1; k <= 5; ++k) {
     const std::string reach = fmt::format("T09{:02}", k);
     std::vector<std::string> names = {fmt::format("N09{:02}", 2 * k), fmt::format("N09{:02}", 2 * k + 1)};
     for (std::size_t n = 0; n < names.size(); ++n) {
       older.insert(FileId::nfl, older.lines(FileId::nfl).size() + 1, fmt::format("   {}  100.0", names[n]));
       newer.insert(FileId::nfl, newer.lines(FileId::nfl).size() + 1,
-                   fmt::format("   {}  {:5}", names[n], 100 + 10 * (2 * k + static_cast<int>(n))));
+                   fmt::format("   {}  {:5}", names[n], 100 + 10 * (2 * k + n)));
     }
     for (Bed* bed : {&older, &newer}) {
       std::vector<std::string_view> inflows(names.begin(), names.end());
       if (!last.empty()) inflows.insert(inflows.begin(), last);
       const std::string below = k < 5 ? fmt::format("T09{:02}", k + 1) : "T0010";
-      const auto place = static_cast<std::size_t>(3 + 3 * (k - 1));
+      const std::size_t place = 3 * k;
       bed->insert(FileId::sys, place, text_of({names[0], {}, {reach}}));
       bed->insert(FileId::sys, place + 1, text_of({names[1], {}, {reach}}));
       bed->insert(FileId::sys, place + 2, text_of({reach, inflows, {below}}));
@@ -279,7 +279,7 @@ TEST(Causes, are_the_largest_where_there_are_many) {
 
 // Names.
 
-TEST(Comparison, pairs_repeated_names_in_their_order) {
+TEST(Comparison, PairsRepeatedNamesInTheirOrder) {
   Bed older;
   older.insert(FileId::sys, line_of_n0020, text_of({"N0010", {}, {"T0020"}}));
   Bed newer;
@@ -288,14 +288,14 @@ TEST(Comparison, pairs_repeated_names_in_their_order) {
   EXPECT_THAT(changes_of(comparison_of(older, Bed())), ElementsAre("netz.sys:9 N0010 Abläufe: T0020"));
 }
 
-TEST(Comparison, tells_other_names_that_are_no_elements) {
+TEST(Comparison, TellsOtherNamesThatAreNoElements) {
   Bed newer;
   newer.line(FileId::sys, line_of_v0010) = text_of({"V0010", {"T0010"}, {"T0020", "T0039"}, "BW", "V-01"});
   EXPECT_THAT(changes_of(comparison_of(Bed(), newer)),
               ElementsAre("neu.sys:6 V0010 Abläufe: T0020, T0030 → T0020, T0039"));
 }
 
-TEST(Comparison, counts_the_order_of_outflows) {
+TEST(Comparison, CountsTheOrderOfOutflows) {
   Bed newer;
   newer.line(FileId::sys, line_of_v0010) = text_of({"V0010", {"T0010"}, {"T0030", "T0020"}, "BW", "V-01"});
   const Comparison comparison = comparison_of(Bed(), newer);
@@ -334,7 +334,7 @@ void expect_mirrored(const Comparison& forth, const Comparison& back) {
 }
 
 // Where a result differs there is a cause, and each cause lies upstream.
-TEST(RandomNetworks, have_a_cause_for_each_difference) {
+TEST(RandomNetworks, HaveACauseForEachDifference) {
   for (std::uint32_t seed = 1; seed <= 60; ++seed) {
     SCOPED_TRACE(seed);
     Dice dice(seed);
@@ -361,7 +361,7 @@ TEST(RandomNetworks, have_a_cause_for_each_difference) {
 }
 
 // The sums are those that KV_Akum prints, as far as single precision goes.
-TEST(RandomNetworks, have_the_sums_of_a_run) {
+TEST(RandomNetworks, HaveTheSumsOfARun) {
   for (std::uint32_t seed = 1; seed <= 30; ++seed) {
     SCOPED_TRACE(seed);
     const test_files::WorkingFolder working_folder;
@@ -408,7 +408,7 @@ variant::Variant large_river(std::size_t count, double more) {
   return variant;
 }
 
-TEST(Comparison, takes_seconds_for_half_a_million_elements) {
+TEST(Comparison, TakesSecondsForHalfAMillionElements) {
   const variant::Variant older = large_river(250'000, 0.0);
   const variant::Variant newer = large_river(250'000, 0.5);
   const auto begin = std::chrono::steady_clock::now();

@@ -70,7 +70,7 @@ void expect_the_table(const ResultTable& table) {
   EXPECT_EQ(table.rows[1].sums[4].kind, run::Number::Kind::not_a_number);
 }
 
-TEST(ResultTable, is_the_same_in_all_forms) {
+TEST(ResultTable, IsTheSameInAllForms) {
   const ResultTable table = read(table_text, "netz.Akum");
   expect_the_table(table);
   EXPECT_EQ(table.rows[1].line, 9U);
@@ -81,7 +81,7 @@ TEST(ResultTable, is_the_same_in_all_forms) {
     EXPECT_TRUE(compare(table, other).is_equal());
 }
 
-TEST(ResultTable, takes_columns_by_their_titles) {
+TEST(ResultTable, TakesColumnsByTheirTitles) {
   std::string text = csv(run::plain_csv);
   text.insert(text.find("\r\n"), ",Ordnung");
   text.insert(text.find("\r\n", text.find("T0010")), ",1");
@@ -95,7 +95,7 @@ struct BadResult {
   std::string reason;
 };
 
-TEST(ResultTable, is_refused_when_it_is_not_whole) {
+TEST(ResultTable, IsRefusedWhenItIsNotWhole) {
   std::string without_title = csv(run::plain_csv);
   without_title.replace(without_title.find("Station [km]"), 12, "Stationierung");
   std::string without_number = csv(run::plain_csv);
@@ -127,13 +127,13 @@ TEST(ResultTable, is_refused_when_it_is_not_whole) {
   }
 }
 
-TEST(ResultTable, is_known_by_its_name) {
+TEST(ResultTable, IsKnownByItsName) {
   for (const char* const name : {"a.Akum", "b/c.AKUM", "a.csv", "a.Json"})
     EXPECT_TRUE(is_result_name(name)) << name;
   for (const char* const name : {"a", "a.sys", "a.csv/b", "csv"}) EXPECT_FALSE(is_result_name(name)) << name;
 }
 
-TEST(ResultTables, are_compared_row_by_row) {
+TEST(ResultTables, AreComparedRowByRow) {
   ResultTable older = read(table_text, "alt.Akum");
   older.rows.push_back(older.rows[0]);
   older.rows.back().name = variant::name_of("T0030");
@@ -155,14 +155,14 @@ TEST(ResultTables, are_compared_row_by_row) {
   EXPECT_NEAR(comparison.reaches[1].effect, 0.002, 1e-9);
 }
 
-TEST(ResultTables, do_not_count_the_order_of_inflows) {
+TEST(ResultTables, DoNotCountTheOrderOfInflows) {
   const ResultTable older = read(table_text, "alt.Akum");
   ResultTable newer = read(table_text, "neu.Akum");
   std::swap(newer.rows[0].inflow[0], newer.rows[0].inflow[1]);
   EXPECT_TRUE(compare(older, newer).is_equal());
 }
 
-TEST(ResultTables, let_a_last_digit_pass) {
+TEST(ResultTables, LetALastDigitPass) {
   const ResultTable older = read(table_text, "alt.Akum");
   ResultTable newer = read(table_text, "neu.Akum");
   newer.rows[0].sums[6].value = 13.046;

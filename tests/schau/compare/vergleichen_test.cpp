@@ -44,19 +44,19 @@ class Vergleichen : public testing::Test {
   test_files::TemporaryFolder folder_;
 };
 
-TEST_F(Vergleichen, ends_with_the_answer) {
+TEST_F(Vergleichen, EndsWithTheAnswer) {
   EXPECT_EQ(run({"alt", "neu"}).exit_status, 1);
   EXPECT_EQ(run({"alt", "alt.sys"}).exit_status, 0);
   EXPECT_EQ(run({"alt", "neu", "--json"}).exit_status, 1);
 }
 
-TEST_F(Vergleichen, writes_nothing) {
+TEST_F(Vergleichen, WritesNothing) {
   const folder_state::State before = folder_state::of(folder_.path());
   run({"alt", "neu"});
   EXPECT_EQ(folder_state::of(folder_.path()), before);
 }
 
-TEST_F(Vergleichen, takes_a_tolerance) {
+TEST_F(Vergleichen, TakesATolerance) {
   EXPECT_THAT(run({"alt", "neu", "--toleranz", "0.4"}).out, HasSubstr("Ergebnisse geändert: 5 von 10"));
   const child::Outcome outcome = run({"alt", "neu", "--toleranz", "0.6"});
   EXPECT_THAT(outcome.out, HasSubstr("0 von 10 Strecken mit anderem Ergebnis"));
@@ -65,7 +65,7 @@ TEST_F(Vergleichen, takes_a_tolerance) {
     EXPECT_EQ(run({"alt", "neu", "--toleranz", tolerance}).exit_status, 64) << tolerance;
 }
 
-TEST_F(Vergleichen, writes_json_that_can_be_read) {
+TEST_F(Vergleichen, WritesJsonThatCanBeRead) {
   const auto json = nlohmann::json::parse(run({"alt", "neu", "--json"}).out);
   EXPECT_EQ(json["gleich"], false);
   EXPECT_EQ(json["eingaben"].size(), 1U);
@@ -74,7 +74,7 @@ TEST_F(Vergleichen, writes_json_that_can_be_read) {
   EXPECT_NEAR(json["ergebnisse"][0]["neu"]["gesamt_km2"].get<double>(), 13.545, 1e-9);
 }
 
-TEST_F(Vergleichen, shows_twenty_of_each_kind_unless_all_are_wanted) {
+TEST_F(Vergleichen, ShowsTwentyOfEachKindUnlessAllAreWanted) {
   std::string areas = test_files::read_bytes(folder_.file("neu.sys"));
   std::string more;
   for (int k = 10; k < 40; ++k)
@@ -89,12 +89,12 @@ TEST_F(Vergleichen, shows_twenty_of_each_kind_unless_all_are_wanted) {
   EXPECT_THAT(run({"alt", "neu", "--alle"}).out, HasSubstr("N0939"));
 }
 
-TEST_F(Vergleichen, warns_of_variants_that_a_run_would_refuse) {
+TEST_F(Vergleichen, WarnsOfVariantsThatARunWouldRefuse) {
   replace("neu.sys", "P0010   T0010", "P0010   T0099");
   EXPECT_THAT(run({"alt", "neu"}).err, HasSubstr("neu: Warnung: "));
 }
 
-TEST_F(Vergleichen, tells_files_that_are_missing_or_broken) {
+TEST_F(Vergleichen, TellsFilesThatAreMissingOrBroken) {
   EXPECT_EQ(run({"alt", "nichts"}).exit_status, 3);
   EXPECT_EQ(run({"nichts.csv", "nichts.json"}).exit_status, 3);
   test_files::write_bytes(folder_.file("kaputt.csv"), "a,b\n");
@@ -106,7 +106,7 @@ TEST_F(Vergleichen, tells_files_that_are_missing_or_broken) {
   EXPECT_EQ(outcome.exit_status, 3);
 }
 
-TEST_F(Vergleichen, refuses_a_variant_beside_a_result) {
+TEST_F(Vergleichen, RefusesAVariantBesideAResult) {
   EXPECT_EQ(run({"alt", "alt.csv"}).exit_status, 64);
   EXPECT_EQ(run({"alt"}).exit_status, 64);
 }

@@ -34,7 +34,7 @@ class AusTabelle : public testing::Test {
   test_files::TemporaryFolder folder_;
 };
 
-TEST_F(AusTabelle, tells_what_it_read_and_wrote) {
+TEST_F(AusTabelle, TellsWhatItReadAndWrote) {
   const child::Outcome outcome = run({"netz.csv", "-o", "neu"});
   EXPECT_EQ(outcome.out,
             "neu: 6 Elemente aus 3 Zeilen: 3 Transportstrecken (T), 2 natürliche Flächen (N), 1 kanalisierte "
@@ -52,7 +52,7 @@ TEST_F(AusTabelle, tells_what_it_read_and_wrote) {
   EXPECT_EQ(program::run({"pruefen", "neu"}, folder_.path()).exit_status, 0);
 }
 
-TEST_F(AusTabelle, overwrites_only_when_asked) {
+TEST_F(AusTabelle, OverwritesOnlyWhenAsked) {
   test_files::write_bytes(folder_.file("neu.nfl"), "alt");
   const folder_state::State before = folder_state::of(folder_.path());
   const child::Outcome refused = run({"netz.csv", "-o", "neu.sys"});
@@ -65,13 +65,13 @@ TEST_F(AusTabelle, overwrites_only_when_asked) {
   EXPECT_THAT(test_files::read_bytes(folder_.file("neu.nfl")), HasSubstr("N0001"));
 }
 
-TEST_F(AusTabelle, never_overwrites_the_table_itself) {
+TEST_F(AusTabelle, NeverOverwritesTheTableItself) {
   fs::rename(folder_.file("netz.csv"), folder_.file("neu.namen.csv"));
   EXPECT_EQ(run({"neu.namen.csv", "-o", "neu", "--ueberschreiben"}).exit_status, 64);
   EXPECT_EQ(test_files::read_bytes(folder_.file("neu.namen.csv")), table);
 }
 
-TEST_F(AusTabelle, refuses_a_table_with_every_row_and_writes_nothing) {
+TEST_F(AusTabelle, RefusesATableWithEveryRowAndWritesNothing) {
   test_files::write_bytes(folder_.file("netz.csv"), "id,nach,flaeche_km2\na,b,-1\nb,,x\n");
   const folder_state::State before = folder_state::of(folder_.path());
   const child::Outcome outcome = run({"netz.csv", "-o", "neu"});
@@ -84,7 +84,7 @@ TEST_F(AusTabelle, refuses_a_table_with_every_row_and_writes_nothing) {
   EXPECT_EQ(folder_state::of(folder_.path()), before);
 }
 
-TEST_F(AusTabelle, writes_all_files_or_none) {
+TEST_F(AusTabelle, WritesAllFilesOrNone) {
   fs::create_directory(folder_.file("neu.trs"));
   const folder_state::State before = folder_state::of(folder_.path());
   const child::Outcome outcome = run({"netz.csv", "-o", "neu", "--ueberschreiben"});
@@ -93,13 +93,13 @@ TEST_F(AusTabelle, writes_all_files_or_none) {
   EXPECT_EQ(folder_state::of(folder_.path()), before);
 }
 
-TEST_F(AusTabelle, tells_a_table_that_is_not_there) {
+TEST_F(AusTabelle, TellsATableThatIsNotThere) {
   EXPECT_EQ(run({"nichts.csv", "-o", "neu"}).err, "KV_Schau: Die Datei nichts.csv gibt es nicht.\n");
   EXPECT_EQ(run({".", "-o", "neu"}).exit_status, 3);
   EXPECT_EQ(run({"netz.csv", "-o", "nicht/da"}).exit_status, 3);
 }
 
-TEST_F(AusTabelle, refuses_names_that_a_run_could_not_take) {
+TEST_F(AusTabelle, RefusesNamesThatARunCouldNotTake) {
   for (const std::string& name : {std::string("zwei Worte"), std::string(117, 'x'), std::string("folder/")}) {
     EXPECT_EQ(run({"netz.csv", "-o", name}).exit_status, 64) << name;
   }

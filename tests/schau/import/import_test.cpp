@@ -37,20 +37,20 @@ Rows rows_of(std::string_view text, char separator = ',') {
   return rows;
 }
 
-TEST(Csv, takes_quotation_marks_as_the_rfc_has_them) {
+TEST(Csv, TakesQuotationMarksAsTheRfcHasThem) {
   EXPECT_EQ(rows_of("a,\"b,c\",\"d\"\"e\"\r\n\"\",\"zwei\r\nZeilen\",f"),
             (Rows{{"a", "b,c", "d\"e"}, {"", "zwei\r\nZeilen", "f"}}));
   EXPECT_EQ(rows_of("Bach \"Süd\",x\n"), (Rows{{"Bach \"Süd\"", "x"}}));
 }
 
-TEST(Csv, takes_all_line_ends_and_passes_over_blank_rows) {
+TEST(Csv, TakesAllLineEndsAndPassesOverBlankRows) {
   EXPECT_EQ(rows_of("a;b\nc;d\r\n\r\n ; \ne;f\rg;h", ';'),
             (Rows{{"a", "b"}, {"c", "d"}, {"e", "f"}, {"g", "h"}}));
   EXPECT_EQ(rows_of("a\t\tb\n", '\t'), (Rows{{"a", "", "b"}}));
   EXPECT_THAT(rows_of(""), IsEmpty());
 }
 
-TEST(Csv, knows_the_line_of_a_row) {
+TEST(Csv, KnowsTheLineOfARow) {
   std::deque<std::string> texts;
   csv::Reader table("a\r\n\r\n\"b\n\nc\"\r\nd\n", ',', texts);
   std::vector<std::string_view> fields;
@@ -59,7 +59,7 @@ TEST(Csv, knows_the_line_of_a_row) {
   EXPECT_THAT(lines, ElementsAre(1, 3, 6));
 }
 
-TEST(Csv, stops_at_quotation_marks_that_do_not_match) {
+TEST(Csv, StopsAtQuotationMarksThatDoNotMatch) {
   for (const std::string_view text : {"a\n\"b,c\nd\n", "a\n\"b\"c,d\n", "a\nb,\"\n"}) {
     std::deque<std::string> texts;
     csv::Reader table(text, ',', texts);
@@ -72,7 +72,7 @@ TEST(Csv, stops_at_quotation_marks_that_do_not_match) {
 
 // Five columns.
 
-TEST(FiveColumns, hold_as_many_digits_as_they_can) {
+TEST(FiveColumns, HoldAsManyDigitsAsTheyCan) {
   const auto text = [](double number) { return in_five_columns(number).text; };
   EXPECT_EQ(text(12345.6), "12346");
   EXPECT_EQ(text(1234.56), "1235");
@@ -89,7 +89,7 @@ TEST(FiveColumns, hold_as_many_digits_as_they_can) {
   EXPECT_EQ(text(99999.6), "");
 }
 
-TEST(FiveColumns, take_the_unit_that_keeps_most) {
+TEST(FiveColumns, TakeTheUnitThatKeepsMost) {
   const auto best = [](double area, AreaUnit in_force) {
     const WrittenArea written = best_area(area, in_force);
     return fmt::format("{} {}", written.field.text, variant::word_of(written.unit));
@@ -106,7 +106,7 @@ TEST(FiveColumns, take_the_unit_that_keeps_most) {
 
 // Of all texts of five columns and all units none comes nearer: the grid of a unit is as wide as its last
 // place.
-TEST(FiveColumns, come_as_near_as_any_unit_can) {
+TEST(FiveColumns, ComeAsNearAsAnyUnitCan) {
   Dice dice(1);
   for (int round = 0; round < 20000; ++round) {
     const double area = std::pow(10.0, -6.0 + 0.001 * static_cast<double>(dice.roll(10900))) *
@@ -151,7 +151,7 @@ std::string lines_of_elements(const Import& import) {
   return text;
 }
 
-TEST(Table, becomes_sources_and_reaches_in_the_order_of_flow) {
+TEST(Table, BecomesSourcesAndReachesInTheOrderOfFlow) {
   const Import import = import_of("id,nach,flaeche_km2,befestigung\nM,,1.5,0.4\na,M,2,\nb,M,0,\n");
   EXPECT_EQ(lines_of_elements(import),
             "N0002 - - - > T0002 -\n"
@@ -163,7 +163,7 @@ TEST(Table, becomes_sources_and_reaches_in_the_order_of_flow) {
   EXPECT_DOUBLE_EQ(import.text.area, 3.5);
 }
 
-TEST(Table, becomes_branchings_and_basins) {
+TEST(Table, BecomesBranchingsAndBasins) {
   const Import import = import_of(
       "id;nach;flaeche_km2;nach2;anteil;art\n"
       "a;b;1,5;c;70;\nb;m;0,0;;;t\nc;m;;;;B\nv;m;;c;25;V\nn;v;2,0;;;N\nm;;0,0;;;\n");
@@ -182,7 +182,7 @@ TEST(Table, becomes_branchings_and_basins) {
             "   V0004     1 25.00\n");
 }
 
-TEST(Table, keeps_ids_that_are_names_and_makes_room_for_them) {
+TEST(Table, KeepsIdsThatAreNamesAndMakesRoomForThem) {
   const Import import = import_of(
       "id,nach,flaeche_km2,art\nT0002,x y,1,\nx y,,1,\nN0002,x y,3,N\nTabcde,x y,1,T\nt0009,x y,2,\n");
   const std::string elements = lines_of_elements(import);
@@ -192,7 +192,7 @@ TEST(Table, keeps_ids_that_are_names_and_makes_room_for_them) {
   EXPECT_THAT(import.text.files[5].bytes, HasSubstr("\nT0001,x y,Transportstrecke,3,\n"));
 }
 
-TEST(Table, can_join_several_outlets) {
+TEST(Table, CanJoinSeveralOutlets) {
   const std::string_view text = "id,nach,flaeche_km2\na,,1\nb,,2\nc,,3\nd,,4\n";
   const Import refused = import_of(text);
   ASSERT_EQ(refused.table.faults.size(), 1U);
@@ -207,7 +207,7 @@ TEST(Table, can_join_several_outlets) {
                                                    "P0002 T0003 T0004 P0001 > - -\n"));
 }
 
-TEST(Table, writes_the_lines_of_the_files) {
+TEST(Table, WritesTheLinesOfTheFiles) {
   const Import import = import_of(
       "\xEF\xBB\xBF"
       "ID,Nach,Flaeche_km2,Befestigung,Name,Station\r\n"
@@ -243,7 +243,7 @@ TEST(Table, writes_the_lines_of_the_files) {
             "T0002,9,Transportstrecke,3,\n");
 }
 
-TEST(Table, tells_roundings_above_a_thousandth) {
+TEST(Table, TellsRoundingsAboveAThousandth) {
   const Import import = import_of(
       "id,nach,flaeche_km2,befestigung,nach2,anteil\n"
       "a,b,0.00000001234,,c,0.01234\nb,c,99999.4,0.001234,,\nc,,12345.6,0.5,,\n");
@@ -256,7 +256,7 @@ TEST(Table, tells_roundings_above_a_thousandth) {
                                 "3 befestigung 0.001234 0.0012"));
 }
 
-TEST(Table, is_read_in_windows_1252_too) {
+TEST(Table, IsReadInWindows1252Too) {
   const Import import = import_of("id;nach;flaeche_km2;name\nM\xFChle;;1,0;K\xF6nigsgraben\n");
   ASSERT_TRUE(import.was_taken());
   EXPECT_EQ(import.table.rows[0].id, "Mühle");
@@ -271,7 +271,7 @@ struct FaultCase {
   std::string_view fault;
 };
 
-TEST(Table, is_refused_with_row_and_reason) {
+TEST(Table, IsRefusedWithRowAndReason) {
   const std::vector<FaultCase> cases = {
       {"", 0, "hat keine Zeile mit Spaltennamen"},
       {"id,nach,flaeche_km2\n", 0, "hat keine Zeile mit Daten"},
@@ -321,14 +321,14 @@ TEST(Table, is_refused_with_row_and_reason) {
   }
 }
 
-TEST(Table, lists_every_loop_once) {
+TEST(Table, ListsEveryLoopOnce) {
   const Import import = import_of("id,nach,flaeche_km2\na,b,1\nb,a,1\nx,y,1\ny,z,1\nz,x,1\nm,,1\n");
   std::vector<std::string> loops;
   for (const Fault& fault : import.table.faults) loops.push_back(fault.text);
   EXPECT_THAT(loops, ElementsAre("Kreis: a → b → a", "Kreis: x → y → z → x"));
 }
 
-TEST(Table, counts_more_faults_than_it_lists) {
+TEST(Table, CountsMoreFaultsThanItLists) {
   std::string text = "id,nach,flaeche_km2\n";
   for (int i = 0; i < 250; ++i) text += fmt::format("{},fort,1\n", i);
   const Import import = import_of(text);
@@ -346,7 +346,7 @@ std::string star(int arms, bool with_area) {
   return text;
 }
 
-TEST(Gauges, are_as_few_and_as_flat_as_three_inflows_allow) {
+TEST(Gauges, AreAsFewAndAsFlatAsThreeInflowsAllow) {
   for (const bool with_area : {false, true}) {
     for (int arms = 1; arms <= 100; ++arms) {
       const Import import = import_of(star(arms, with_area));
@@ -371,7 +371,7 @@ TEST(Gauges, are_as_few_and_as_flat_as_three_inflows_allow) {
 
 // Whatever the order of the rows: every element stands behind its inflows, links stand at both ends, names
 // are unique, and the same table gives the same bytes.
-TEST(Elements, form_a_network_in_order) {
+TEST(Elements, FormANetworkInOrder) {
   for (std::uint32_t seed = 1; seed <= 200; ++seed) {
     Dice dice(seed);
     const std::size_t count = 2 + dice.roll(60);
@@ -414,7 +414,7 @@ TEST(Elements, form_a_network_in_order) {
   }
 }
 
-TEST(RandomTables, do_no_harm) {
+TEST(RandomTables, DoNoHarm) {
   Dice dice(9);
   constexpr std::string_view pieces[] = {"id",  "nach", "flaeche_km2", "nach2", "anteil", ",",  ",", ";",
                                          "\t",  "\n",   "\r\n",        "\"",    "\"\"",   "1",  "2", "0.5",

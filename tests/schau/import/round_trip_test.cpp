@@ -116,15 +116,15 @@ class RealNetworks : public testing::TestWithParam<const char*> {
   test_files::WorkingFolder working_folder_;
 };
 
-TEST_P(RealNetworks, come_back_element_by_element) {
+TEST_P(RealNetworks, ComeBackElementByElement) {
   round_trip(GetParam(), {',', false, false, std::string(prefix)});
 }
 
-TEST_P(RealNetworks, come_back_from_a_table_of_reaches) {
+TEST_P(RealNetworks, ComeBackFromATableOfReaches) {
   round_trip(GetParam(), {';', true, true, std::string(prefix)});
 }
 
-TEST_P(RealNetworks, keep_their_names) {
+TEST_P(RealNetworks, KeepTheirNames) {
   const Variant before = schau::variant::read_variant({".", GetParam(), GetParam()});
   const TextFile table = TextFile::of_bytes(net_csv::of_variant(before, {'\t', true, false, ""}), "netz.csv");
   const schau::imports::Import import = schau::imports::import_table(table, false);
@@ -138,7 +138,7 @@ TEST_P(RealNetworks, keep_their_names) {
 INSTANTIATE_TEST_SUITE_P(Networks, RealNetworks, testing::Values("walker", "newhope", "hopediv", "colorado"),
                          [](const auto& network) { return std::string(network.param); });
 
-TEST(RandomNetworks, come_back) {
+TEST(RandomNetworks, ComeBack) {
   for (std::uint32_t seed = 1; seed <= 40; ++seed) {
     SCOPED_TRACE(seed);
     const test_files::WorkingFolder working_folder;

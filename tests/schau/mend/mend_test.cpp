@@ -65,7 +65,7 @@ std::string joined(const std::vector<std::string>& lines, std::string_view end) 
   return bytes;
 }
 
-TEST(Mend, leaves_a_variant_without_faults_as_it_is) {
+TEST(Mend, LeavesAVariantWithoutFaultsAsItIs) {
   const variant::Variant variant = Bed().variant();
   const Mended mended = mend(variant);
   EXPECT_FALSE(mended.is_changed());
@@ -81,7 +81,7 @@ struct Spoilt {
   std::string_view summary;
 };
 
-TEST(Mend, undoes_what_has_one_meaning) {
+TEST(Mend, UndoesWhatHasOneMeaning) {
   const std::vector<Spoilt> cases = {
       {"UTF-8", FileId::sys, [](Bed& bed) { bed.line(FileId::sys, 1) = "Systemlogik des Prüfnetzes"; },
        "1 Zeile von UTF-8 in Windows-1252"},
@@ -130,14 +130,14 @@ TEST(Mend, undoes_what_has_one_meaning) {
   }
 }
 
-TEST(Mend, joins_doubled_line_ends) {
+TEST(Mend, JoinsDoubledLineEnds) {
   Bed bed;
   bed.set_bytes(FileId::trs, joined(Bed().lines(FileId::trs), "\r\r\n"));
   EXPECT_EQ(mended_bed(bed).bytes(FileId::trs), joined(Bed().lines(FileId::trs), "\r\n"));
   EXPECT_EQ(summary_of(bed, FileId::trs), "11 Zeilen mit doppeltem Zeilenende");
 }
 
-TEST(Mend, takes_the_most_frequent_line_end) {
+TEST(Mend, TakesTheMostFrequentLineEnd) {
   Bed bed;
   std::string bytes = joined(Bed().lines(FileId::trs), "\r\n");
   bytes.erase(bytes.find('\r'), 1);
@@ -152,7 +152,7 @@ struct Doubtful {
   std::string left;  // what is told of it; empty: nothing
 };
 
-TEST(Mend, leaves_what_could_be_meant_otherwise) {
+TEST(Mend, LeavesWhatCouldBeMeantOtherwise) {
   const std::vector<Doubtful> cases = {
       {"a comma that may set off thousands", [](Bed& bed) { bed.put(FileId::nfl, 3, 11, "1,234"); },
        "nfl:3: \"1,234\" bleibt: andere Flächen haben einen Dezimalpunkt, das Komma könnte Tausender "
@@ -191,7 +191,7 @@ TEST(Mend, leaves_what_could_be_meant_otherwise) {
   }
 }
 
-TEST(Mend, takes_a_comma_for_a_decimal_one_where_all_areas_have_commas) {
+TEST(Mend, TakesACommaForADecimalOneWhereAllAreasHaveCommas) {
   Bed bed;
   bed.put(FileId::nfl, 3, 11, "1,234 0,00");
   bed.put(FileId::nfl, 5, 11, "250,0 0,00");
@@ -215,14 +215,14 @@ void move_line(Bed& bed, std::size_t from, std::size_t to) {
   bed.insert(FileId::sys, to, line);
 }
 
-TEST(Order, puts_an_element_right_behind_its_last_inflow) {
+TEST(Order, PutsAnElementRightBehindItsLastInflow) {
   Bed bed;
   move_line(bed, 5, 3);  // T0010 before N0010 and K0010
   EXPECT_EQ(summary_of(bed, FileId::sys), "1 Zeile hinter ihre Zuläufe gestellt");
   EXPECT_EQ(mended_bed(bed).bytes(FileId::sys), Bed().bytes(FileId::sys));
 }
 
-TEST(Order, moves_those_that_wait_for_it_too) {
+TEST(Order, MovesThoseThatWaitForItToo) {
   Bed bed;
   move_line(bed, 10, 7);  // T0040 before T0020, T0030 and N0020
   move_line(bed, 11, 7);  // P0010 before T0040
@@ -231,7 +231,7 @@ TEST(Order, moves_those_that_wait_for_it_too) {
   EXPECT_EQ(summary_of(bed, FileId::sys), "2 Zeilen hinter ihre Zuläufe gestellt");
 }
 
-TEST(Order, stays_where_it_is_not_clear) {
+TEST(Order, StaysWhereItIsNotClear) {
   Bed repeated;
   move_line(repeated, 5, 3);
   repeated.insert(FileId::sys, 3, text_of(SystemLine{"N0020", {}, {"T0040"}}));
@@ -273,7 +273,7 @@ void spoil(Bed& bed, Dice& dice) {
   }
 }
 
-TEST(RandomNetworks, stay_as_they_are_when_clean) {
+TEST(RandomNetworks, StayAsTheyAreWhenClean) {
   for (std::uint32_t seed = 1; seed <= 100; ++seed) {
     SCOPED_TRACE(seed);
     Dice dice(seed);
@@ -302,7 +302,7 @@ std::uint32_t changes_of(const Bed& bed) {
   return changes;
 }
 
-TEST(RandomNetworks, are_mended_once_and_for_all) {
+TEST(RandomNetworks, AreMendedOnceAndForAll) {
   for (std::uint32_t seed = 1; seed <= 300; ++seed) {
     SCOPED_TRACE(seed);
     Dice dice(seed);
@@ -317,7 +317,7 @@ TEST(RandomNetworks, are_mended_once_and_for_all) {
   }
 }
 
-TEST(RandomNetworks, have_no_such_findings_after_mending) {
+TEST(RandomNetworks, HaveNoSuchFindingsAfterMending) {
   for (std::uint32_t seed = 1; seed <= 150; ++seed) {
     SCOPED_TRACE(seed);
     Dice dice(seed);
@@ -342,7 +342,7 @@ std::string result_of(const Bed& bed) {
 }
 
 // What KV_Akum takes already it takes the same after mending.
-TEST(RandomNetworks, keep_their_results) {
+TEST(RandomNetworks, KeepTheirResults) {
   for (std::uint32_t seed = 1; seed <= 30; ++seed) {
     SCOPED_TRACE(seed);
     Dice dice(seed);
@@ -365,7 +365,7 @@ std::string diff_of(const Bed& bed, FileId id) {
   return out;
 }
 
-TEST(Diff, shows_changed_lines_with_three_around) {
+TEST(Diff, ShowsChangedLinesWithThreeAround) {
   Bed bed;
   bed.put(FileId::trs, 5, 11, "  12,900");
   EXPECT_EQ(diff_of(bed, FileId::trs),
@@ -382,7 +382,7 @@ TEST(Diff, shows_changed_lines_with_three_around) {
             "    T0040    12.500                                      Profil 4\n");
 }
 
-TEST(Diff, shows_a_moved_line_at_both_places) {
+TEST(Diff, ShowsAMovedLineAtBothPlaces) {
   Bed bed;
   move_line(bed, 5, 3);
   const std::string diff = diff_of(bed, FileId::sys);
@@ -391,7 +391,7 @@ TEST(Diff, shows_a_moved_line_at_both_places) {
   EXPECT_THAT(diff, HasSubstr("\n+                                   T0010   N0010 K0010         V0010\n"));
 }
 
-TEST(Diff, is_empty_where_nothing_can_be_seen) {
+TEST(Diff, IsEmptyWhereNothingCanBeSeen) {
   Bed bed;
   bed.line(FileId::sys, 1) = "Systemlogik des Prüfnetzes";
   bed.line(FileId::nfl, 2) += "\r";

@@ -43,7 +43,7 @@ class Richten : public testing::Test {
   std::string bad_;
 };
 
-TEST_F(Richten, shows_first_and_writes_nothing) {
+TEST_F(Richten, ShowsFirstAndWritesNothing) {
   const folder_state::State before = folder_state::of(folder_.path());
   const child::Outcome outcome = run({"rausel"});
   EXPECT_EQ(outcome.exit_status, 1);
@@ -51,7 +51,7 @@ TEST_F(Richten, shows_first_and_writes_nothing) {
   EXPECT_EQ(folder_state::of(folder_.path()), before);
 }
 
-TEST_F(Richten, writes_when_asked_and_keeps_the_old_file) {
+TEST_F(Richten, WritesWhenAskedAndKeepsTheOldFile) {
   const folder_state::State before = folder_state::of(folder_.path());
   const child::Outcome outcome = run({"rausel.sys", "--schreiben"});
   EXPECT_EQ(outcome.exit_status, 0);
@@ -65,7 +65,7 @@ TEST_F(Richten, writes_when_asked_and_keeps_the_old_file) {
   EXPECT_EQ(again.exit_status, 0);
 }
 
-TEST_F(Richten, keeps_an_older_copy_of_something_else) {
+TEST_F(Richten, KeepsAnOlderCopyOfSomethingElse) {
   test_files::write_bytes(folder_.file("rausel.nfl~"), "die einzige Fassung von 2019\n");
   const folder_state::State before = folder_state::of(folder_.path());
   const child::Outcome refused = run({"rausel", "--schreiben"});
@@ -76,13 +76,13 @@ TEST_F(Richten, keeps_an_older_copy_of_something_else) {
   EXPECT_EQ(bytes("rausel.nfl~"), bad_);
 }
 
-TEST_F(Richten, takes_a_copy_of_the_same_for_its_own) {
+TEST_F(Richten, TakesACopyOfTheSameForItsOwn) {
   test_files::write_bytes(folder_.file("rausel.nfl~"), bad_);
   EXPECT_EQ(run({"rausel", "--schreiben"}).exit_status, 0);
   EXPECT_EQ(bytes("rausel.nfl"), good_);
 }
 
-TEST_F(Richten, writes_all_files_or_none) {
+TEST_F(Richten, WritesAllFilesOrNone) {
   std::string shares = bytes("rausel.ver");
   shares.replace(shares.find("65.0"), 4, "65,0");
   test_files::write_bytes(folder_.file("rausel.ver"), shares);
@@ -92,21 +92,21 @@ TEST_F(Richten, writes_all_files_or_none) {
   EXPECT_EQ(folder_state::of(folder_.path()), before);
 }
 
-TEST_F(Richten, has_nothing_to_do_with_a_good_variant) {
+TEST_F(Richten, HasNothingToDoWithAGoodVariant) {
   test_files::write_bytes(folder_.file("rausel.nfl"), good_);
   const child::Outcome outcome = run({"rausel"});
   EXPECT_EQ(outcome.out, "rausel: nichts zu richten\n");
   EXPECT_EQ(outcome.exit_status, 0);
 }
 
-TEST_F(Richten, tells_what_it_leaves) {
+TEST_F(Richten, TellsWhatItLeaves) {
   std::string areas = bytes("rausel.nfl");
   areas.replace(areas.find("12,40"), 5, "1,234");
   test_files::write_bytes(folder_.file("rausel.nfl"), areas);
   EXPECT_THAT(run({"rausel"}).out, HasSubstr("rausel.nfl:5: Hinweis: \"1,234\" bleibt: "));
 }
 
-TEST_F(Richten, tells_a_file_that_cannot_be_read) {
+TEST_F(Richten, TellsAFileThatCannotBeRead) {
   fs::remove(folder_.file("rausel.trs"));
   fs::create_directory(folder_.file("rausel.trs"));
   const child::Outcome outcome = run({"rausel"});

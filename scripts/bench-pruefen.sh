@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Holds the time of "KV_Schau pruefen" against that of KV_Akum on the same generated variants (100,000 and 1,000,000
+# elements when no numbers are given) and prints a Markdown table. Fails when pruefen takes more than three times as
+# long, or when ten times the elements take it more than eleven times as long.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+if [ "$#" -eq 0 ]; then set -- 100000 1000000; fi
+
+scripts/install-tools.sh @build @tests hyperfine jq >&2
+cmake --preset release -DKV_TESTS=ON >&2
+cmake --build --preset release --target KV_Akum KV_Schau kv_generate >&2
+bin=$PWD/build/release/bin
+
+work=$(mktemp -d "${TMPDIR:-/tmp}/kv_pruefen.XXXXXX")
+trap 'rm -rf "$work"' EXIT
+
+printf '| elements | companion files | KV_Akum ms | pruefen ms | ratio of medians |\n|---:|---|---:|---:|---:|\n'
+for order in system shuffled; do
+  last=
+  for elements in "$@"; do
+    folder=$work/$order-$elements
+    mkdir "$folder"
+    "$bin/kv_generate" --elements "$elements" --order "$order" "$folder/variante"
+    (
+      cd "$folder"
+      # One run of each in turn, so that whatever slows the machine down for a while slows down both.
+      for _ in 1 2 3 4 5 6 7; do
+        hyperfine --style none --warmup 1 --runs 1 --prepare "rm -f variante.Akum code.pkl" \
+          --export-json "$work/pair.json" "$bin/KV_Akum variante" "$bin/KV_Schau pruefen variante" >&2
+        jq '[.results[].times[0] * 1000]' "$work/pair.json"
+      done
+    ) | jq --slurp '[map(.[0]), map(.[1])] | map(sort | .[length / 2 | floor])' >"$work/medians.json"
+    jq --raw-output --arg elements "$elements" --arg order "$order" \
+      '"| \($elements) | \($order) | \(.[0] | round) | \(.[1] | round) | \(.[1] / .[0] * 100 | round / 100) |"' \
+      "$work/medians.json"
+    jq --exit-status '.[1] <= 3 * .[0]' "$work/medians.json" >/dev/null || {
+      echo "$elements elements: more than three times KV_Akum's time" >&2
+      exit 1
+    }
+    now=$(jq '.[1]' "$work/medians.json")
+    if [ -n "$last" ]; then
+      jq --null-input --exit-status "($now / $last) <= pow(11; (($elements / $before) | log10))" >/dev/null || {
+        echo "$before to $elements elements: growth beyond 11 for ten times as many" >&2
+        exit 1
+      }
+    fi
+    last=$now before=$elements
+    rm -r "$folder"
+  done
+done
