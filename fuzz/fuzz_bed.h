@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -28,7 +29,7 @@ class Bed {
   Bed(Bed&&) = delete;
   Bed& operator=(Bed&&) = delete;
 
-  void put(const std::string& file, std::string_view bytes) { host_.put(file, bytes); }
+  void put(const std::string& file, std::string_view bytes);
   /// Puts several files: one begins behind each line "=== " and its name, and the line end before such a
   /// line belongs to none. Only the files that a run reads or replaces are put; a name may come again and
   /// then counts.
@@ -36,6 +37,8 @@ class Bed {
 
   /// The bytes of a file; none when there is no such file.
   [[nodiscard]] std::string bytes(const std::string& file) const { return host_.bytes(file); }
+  /// Whether the file holds other bytes than were put, or is new.
+  [[nodiscard]] bool was_written(const std::string& file) const;
   /// The number of records of a file.
   [[nodiscard]] std::size_t lines(const std::string& file) const;
   /// What went to standard output and standard error.
@@ -43,13 +46,14 @@ class Bed {
 
  private:
   MemoryHost host_;
+  std::map<std::string, std::string> put_;
 };
 
 /// Fills the system logic with a small sound network of all types and starts the protocol.
 void start_with_network();
 
-/// Holds every line of the result and of the listing of the elements, as far as there are such files, against
-/// its layout.
+/// Holds every line of the result and of the listing of the elements against its layout, as far as they were
+/// written: old ones may hold anything.
 void require_layout(const Bed& bed);
 
 /// Accumulates, unless the level forbids it, and holds the result against the network: all lines are there.
