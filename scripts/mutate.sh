@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Changes the program in one place at a time and asks whether a test notices; see docs/mutation.md.
+# Changes the program in one place at a time and asks whether a test notices; see docs/reliability.md.
 #   scripts/mutate.sh [--seed S] [--count N] [--only FILES] [--jobs J] [--survivors] [--report]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."

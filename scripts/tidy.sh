@@ -27,12 +27,13 @@ compiled_sources() {
 }
 
 # Each source and file of the project that it includes, itself too, one pair a line with a tab between them.
-# Headers are included through the links that show a room to those that may use it.
+# Headers are included through the links that show a room to those that may use it; a precompiled header, which the
+# build itself writes, stands before the source.
 recorded_includes() {
   ninja -C "$build" -t deps |
     sed -e 's|^\( *\).*/rooms/[^/]*/|\1|' -e "s|^\( *\)$PWD/|\1|" |
-    awk '/^[^ ].*: #deps/ { source = ""; next }
-         /^ / { sub(/^ +/, ""); if (/^\//) next; if (source == "") source = $0; print source "\t" $0 }'
+    awk -v build="$build" '/^[^ ].*: #deps/ { source = ""; next }
+         /^ / { sub(/^ +/, ""); if (/^\// || index($0, build "/") == 1) next; if (source == "") source = $0; print source "\t" $0 }'
 }
 
 known_clean() {

@@ -103,7 +103,7 @@ void Bed::put(FileId file, std::size_t number, std::size_t column, std::string_v
 }
 
 void Bed::insert(FileId file, std::size_t number, std::string_view text) {
-  lines(file).insert(lines(file).begin() + static_cast<std::ptrdiff_t>(number) - 1, std::string(text));
+  lines(file).insert(lines(file).begin() + static_cast<std::ptrdiff_t>(number - 1), std::string(text));
   missing_[static_cast<std::size_t>(file)] = false;
 }
 

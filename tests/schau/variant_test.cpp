@@ -211,7 +211,7 @@ TEST(ShownLine, HasItsMarkUnderTheCharacters) {
   EXPECT_EQ(with_mark("a\tbc", 2, 1), "a→      bc| ^^^^^^^");
   EXPECT_EQ(with_mark("ab", 5, 3), "ab|    ^^^");
   EXPECT_EQ(with_mark("ab", 2, 3), "ab| ^^^");
-  EXPECT_EQ(with_mark("", 1, 0), "|^");
+  EXPECT_EQ(with_mark("\n", 1, 0), "|^");
   EXPECT_EQ(with_mark("\xEF\xBB\xBF"
                       "aä",
                       4, 1),
