@@ -1,41 +1,11 @@
 #include "runtime/edit_output.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
 #include <string>
 
 #include "runtime/put_fields.h"
 
 namespace runtime {
-namespace detail {
-
-char* put_not_finite(char* place, std::size_t width, double value) {
-  if (std::isnan(value)) return put_right_justified(place, width, "NaN");
-  const bool negative = value < 0;
-  const std::string_view whole = negative ? "-Infinity" : "Infinity";
-  const std::string_view brief = negative ? "-Inf" : "Inf";
-  return put_right_justified(place, width, whole.size() <= width ? whole : brief);
-}
-
-// 309 digits before the point, the point and as many decimals as a format can ask for.
-constexpr std::size_t exact_capacity = 309 + 1 + 9999;
-
-char* put_exact(char* place, std::size_t width, std::size_t decimals, double value) {
-  std::array<char, exact_capacity> bytes;
-  const auto end = std::to_chars(bytes.data(), bytes.data() + bytes.size(), std::abs(value),
-                                 std::chars_format::fixed, static_cast<int>(decimals));
-  std::string text(bytes.data(), end.ptr);
-  if (decimals == 0) text.push_back('.');
-  if (std::signbit(value)) text.insert(text.begin(), '-');
-  const std::size_t zero = std::signbit(value) ? 1 : 0;
-  if (text.size() > width && decimals > 0 && text.compare(zero, 2, "0.") == 0) text.erase(zero, 1);
-  return put_right_justified(place, width, text);
-}
-
-}  // namespace detail
-
 namespace {
 
 using namespace detail;

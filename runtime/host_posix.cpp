@@ -5,11 +5,15 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <limits>
 
 #include "runtime/host.h"
 
@@ -346,6 +350,11 @@ void advise_large_pages(void* memory, std::size_t bytes) {
 void prepare_process() {
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
+#ifdef __GLIBC__
+  // Memory that is given back serves the next file or table; fresh pages would have to be cleared first.
+  ::mallopt(M_MMAP_MAX, 0);
+  ::mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+#endif
 }
 
 }  // namespace runtime

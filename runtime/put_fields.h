@@ -35,80 +35,6 @@ inline char* put_asterisks(char* place, std::size_t width) {
                                    : put_filled(place, width, '*');
 }
 
-inline char* put_right_justified(char* place, std::size_t width, std::string_view text) {
-  if (text.size() > width) return put_asterisks(place, width);
-  return put_bytes(put_blanks(place, width - text.size()), text);
-}
-
-// The numbers 00 to 99 one behind the other: two digits are had for one division.
-inline constexpr std::size_t pairs = 100;
-inline constexpr auto digit_pairs = [] {
-  std::array<char, 2 * pairs> digits{};
-  for (std::size_t i = 0; i < pairs; ++i) {
-    digits[2 * i] = static_cast<char>('0' + i / 10);
-    digits[2 * i + 1] = static_cast<char>('0' + i % 10);
-  }
-  return digits;
-}();
-
-// A field that is filled from its last column forward; more than it holds turns it into asterisks.
-class FieldFromBehind {
- public:
-  FieldFromBehind(char* place, std::size_t width) : first_(place), next_(place + width), end_(next_) {}
-
-  void push(char character) {
-    if (next_ == first_) {
-      overflow_ = true;
-    } else {
-      *--next_ = character;
-    }
-  }
-  /// The last `count` digits of a number, zeros included; what is left of it.
-  template <class Unsigned>
-  Unsigned push_digits(Unsigned number, std::size_t count) {
-    for (; count >= 2 && columns_left() >= 2; count -= 2) number = push_pair(number);
-    for (; count > 0; --count, number /= 10) push(static_cast<char>('0' + number % 10));
-    return number;
-  }
-  /// The digits of a number without leading zeros; none for 0.
-  template <class Unsigned>
-  void push_number(Unsigned number) {
-    while (number >= 10 && columns_left() >= 2) number = push_pair(number);
-    for (; number > 0 && !overflow_; number /= 10) push(static_cast<char>('0' + number % 10));
-  }
-  [[nodiscard]] std::size_t columns_left() const { return static_cast<std::size_t>(next_ - first_); }
-
-  /// Blanks before what was written, or asterisks; the place behind the field.
-  char* finish() {
-    if (overflow_) return put_asterisks(first_, static_cast<std::size_t>(end_ - first_));
-    put_blanks(first_, columns_left());
-    return end_;
-  }
-
- private:
-  template <class Unsigned>
-  Unsigned push_pair(Unsigned number) {
-    next_ -= 2;
-    std::memcpy(next_, digit_pairs.data() + 2 * (number % pairs), 2);
-    return number / static_cast<Unsigned>(pairs);
-  }
-
-  char* first_;
-  char* next_;
-  char* end_;
-  bool overflow_ = false;
-};
-
-inline std::uint64_t magnitude_of(std::int64_t value) {
-  return value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
-}
-
-inline std::size_t digit_count(std::uint64_t number) {
-  std::size_t count = 1;
-  for (; number > 9; number /= 10) ++count;
-  return count;
-}
-
 // The first number that a field of so many columns cannot hold, for the widths where 64 bits hold it.
 inline constexpr std::size_t widest_limit = 19;
 inline constexpr auto column_limits = [] {
@@ -117,79 +43,17 @@ inline constexpr auto column_limits = [] {
   return limits;
 }();
 
-// Numbers below 2^32 are cut into digits with the quicker division.
-inline constexpr std::uint64_t short_limit = 0xFFFFFFFF;
-
-inline char* put_integer(char* place, std::size_t width, std::size_t minimum, std::int64_t value) {
-  const std::uint64_t magnitude = magnitude_of(value);
-  const bool too_wide = width > 0 && width <= widest_limit && magnitude >= column_limits[width];
-  if (too_wide) return put_asterisks(place, width);
-  // A plain Iw shows zero as one digit; Iw.m shows as many as it asks for.
-  minimum = std::max<std::size_t>(minimum, 1);
-  if (width == 0) width = std::max(minimum, digit_count(magnitude)) + (value < 0 ? 1 : 0);
-  FieldFromBehind field(place, width);
-  if (magnitude <= short_limit) {
-    field.push_number(field.push_digits(static_cast<std::uint32_t>(magnitude), minimum));
-  } else {
-    field.push_number(field.push_digits(magnitude, minimum));
-  }
-  if (value < 0) field.push('-');
-  return field.finish();
-}
-
 inline constexpr std::size_t fast_decimals = 9;
 inline constexpr std::array<double, fast_decimals + 1> power_of_ten = {1E0, 1E1, 1E2, 1E3, 1E4,
                                                                        1E5, 1E6, 1E7, 1E8, 1E9};
 // Below 2^52 a double keeps its halves, so that a tie is seen as one.
 inline constexpr double fast_limit = 4503599627370496.0;
 
-// True when value x 10^decimals is exact in double precision: a single-precision value has 24 significant
-// bits and 5^9 has 21.
-inline bool scales_exactly(std::size_t decimals, double value) {
-  return decimals <= fast_decimals && std::abs(value) * power_of_ten[decimals] < fast_limit &&
-         static_cast<double>(static_cast<float>(value)) == value;
-}
-
-// To nearest, ties to even; for 0 .. fast_limit.
-inline std::uint64_t rounded(double value) {
-  const auto whole = static_cast<std::uint64_t>(value);
-  const double rest = value - static_cast<double>(whole);
-  const bool up = rest > 0.5 || (rest == 0.5 && whole % 2 == 1);
-  return whole + (up ? 1 : 0);
-}
-
-template <class Unsigned>
-void push_fixed(FieldFromBehind& field, Unsigned scaled, std::size_t decimals, bool negative) {
-  scaled = field.push_digits(scaled, decimals);
-  field.push('.');
-  // The zero before the point stands when it fits, or when nothing else would stand there.
-  const bool leading_zero = decimals == 0 || field.columns_left() >= (negative ? 2U : 1U);
-  if (scaled == 0 && leading_zero) field.push('0');
-  field.push_number(scaled);
-  if (negative) field.push('-');
-}
-
-inline char* put_scaled(char* place, std::size_t width, std::size_t decimals, double value) {
-  const std::uint64_t scaled = rounded(std::abs(value) * power_of_ten[decimals]);
-  FieldFromBehind field(place, width);
-  if (scaled <= short_limit) {
-    push_fixed(field, static_cast<std::uint32_t>(scaled), decimals, std::signbit(value));
-  } else {
-    push_fixed(field, scaled, decimals, std::signbit(value));
-  }
-  return field.finish();
-}
-
-/// Infinities and not-a-number.
-char* put_not_finite(char* place, std::size_t width, double value);
-/// Any finite number, by its exact decimal value.
-char* put_exact(char* place, std::size_t width, std::size_t decimals, double value);
-
-inline char* put_fixed(char* place, std::size_t width, std::size_t decimals, double value) {
-  if (!std::isfinite(value)) return put_not_finite(place, width, value);
-  if (scales_exactly(decimals, value)) return put_scaled(place, width, decimals, value);
-  return put_exact(place, width, decimals, value);
-}
+/// A number in an Iw.m field, or in the columns that it takes when the width is 0.
+char* put_integer(char* place, std::size_t width, std::size_t minimum, std::int64_t value);
+/// A number in an Fw.d field, or in the columns that it takes when the width is 0; infinities and
+/// not-a-number too.
+char* put_fixed(char* place, std::size_t width, std::size_t decimals, double value);
 
 // Short numbers in fields that the compiler knows: eight digits are worked out side by side in one word, its
 // lowest byte the first digit (Hacker's Delight, 2nd ed., ch. 10: division by multiplication).

@@ -42,6 +42,11 @@ void stop_on_io_error(std::string_view operation, std::string_view path, const s
   stop();
 }
 
+void stop_on_free_unit(std::string_view operation, int unit) {
+  stop_on_io_error(operation, "Einheit " + std::to_string(unit),
+                   std::make_error_code(std::errc::bad_file_descriptor));
+}
+
 void stop_on_allocation(std::string_view source_file, int line, std::size_t bytes) {
   const std::size_t folder = source_file.find_last_of("/\\");
   if (folder != std::string_view::npos) source_file.remove_prefix(folder + 1);

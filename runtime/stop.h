@@ -17,6 +17,9 @@ namespace runtime {
 [[noreturn]] void stop_on_io_error(std::string_view operation, std::string_view path,
                                    const std::error_code& reason);
 
+/// The same after the use of a unit that is connected to nothing.
+[[noreturn]] void stop_on_free_unit(std::string_view operation, int unit);
+
 /// Ends the program because a table cannot be allocated: the source file, the line and the number of bytes
 /// go to standard error. Exit status 0.
 [[noreturn]] void stop_on_allocation(std::string_view source_file, int line, std::size_t bytes);

@@ -51,16 +51,13 @@ int locked_handle = -1;
 
 // Null for a unit that is not connected.
 Connection* connection_of(int unit) {
+  const Connections& units = connections();
   const auto place = static_cast<std::size_t>(unit);
-  return place < connections().size() ? connections()[place].get() : nullptr;
+  return place < units.size() ? units[place].get() : nullptr;
 }
 
 std::error_code reason_of(std::errc reason) {
   return std::make_error_code(reason);
-}
-
-[[noreturn]] void stop_on_free_unit(int unit, std::string_view operation) {
-  stop_on_io_error(operation, "Einheit " + std::to_string(unit), reason_of(std::errc::bad_file_descriptor));
 }
 
 bool same_file(const FileFacts& left, const FileFacts& right) {
@@ -276,7 +273,7 @@ bool remove(Connection& connection, std::error_code& reason) {
 
 Connection& connected(int unit, std::string_view operation) {
   Connection* const connection = connection_of(unit);
-  if (connection == nullptr) stop_on_free_unit(unit, operation);
+  if (connection == nullptr) stop_on_free_unit(operation, unit);
   return *connection;
 }
 

@@ -12,7 +12,6 @@ namespace {
 
 // What follows the current record in the file is gone with the first write.
 void begin_writing(Connection& connection) {
-  if (connection.writing) return;
   std::error_code reason = connection.write_refused;
   bool ready = !reason;
   // Before anything of the file is lost.
@@ -33,7 +32,7 @@ void begin_writing(Connection& connection) {
 
 Connection& writable(int unit) {
   Connection& connection = connected(unit, "Schreiben");
-  begin_writing(connection);
+  if (!connection.writing) begin_writing(connection);
   connection.records.forget_end();
   return connection;
 }
@@ -105,7 +104,8 @@ void write_text(int unit, std::string_view text) {
 }
 
 void end_file(int unit) {
-  begin_writing(connected(unit, "Schreiben"));
+  Connection& connection = connected(unit, "Schreiben");
+  if (!connection.writing) begin_writing(connection);
 }
 
 void flush(int unit) {
