@@ -31,7 +31,7 @@ compiled_sources() {
 # build itself writes, stands before the source.
 recorded_includes() {
   ninja -C "$build" -t deps |
-    sed -e 's|^\( *\).*/rooms/[^/]*/|\1|' -e "s|^\( *\)$PWD/|\1|" |
+    sed -e 's|^\( *\).*/rooms/[^/]*/|\1|' -e "s|^\( *\)$PWD/|\1|" -e 's|^\( *\)\.\./\.\./|\1|' |
     awk -v build="$build" '/^[^ ].*: #deps/ { source = ""; next }
          /^ / { sub(/^ +/, ""); if (/^\// || index($0, build "/") == 1) next; if (source == "") source = $0; print source "\t" $0 }'
 }
