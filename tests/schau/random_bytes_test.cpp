@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <ctime>
+#include <limits>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -250,12 +251,16 @@ Bed with_mistakes(const ManyMistakes& mistakes, std::size_t length) {
   return bed;
 }
 
-// Of the processor, which other work on the machine does not lengthen.
+// Of the processor, at best, which other work on the machine lengthens least.
 double seconds_to_check(const schau::variant::Variant& variant) {
-  const std::clock_t begin = std::clock();
-  const schau::rules::Result result = schau::rules::check(variant);
-  EXPECT_FALSE(result.findings.empty());
-  return static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+  std::clock_t least = std::numeric_limits<std::clock_t>::max();
+  for (int repetition = 0; repetition < 3; ++repetition) {
+    const std::clock_t begin = std::clock();
+    const schau::rules::Result result = schau::rules::check(variant);
+    EXPECT_FALSE(result.findings.empty());
+    least = std::min(least, std::clock() - begin);
+  }
+  return static_cast<double>(least) / CLOCKS_PER_SEC;
 }
 
 TEST_P(ManyMistakesTest, AreFoundAndShown) {
