@@ -21,7 +21,7 @@ kv_page(messages en "Messages of KV_Akum ${PROJECT_VERSION}")
 
 set(handbook ${CMAKE_CURRENT_BINARY_DIR}/Handbuch.pdf)
 add_custom_command(OUTPUT ${handbook} DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/Handbuch.html
-  COMMAND ${WEASYPRINT} --quiet ${CMAKE_CURRENT_BINARY_DIR}/Handbuch.html ${handbook} VERBATIM)
+  COMMAND ${WEASYPRINT} --quiet --presentational-hints ${CMAKE_CURRENT_BINARY_DIR}/Handbuch.html ${handbook} VERBATIM)
 install(FILES ${handbook} DESTINATION ${documents} COMPONENT programs)
 
 add_custom_target(books ALL DEPENDS ${pages} ${handbook})
