@@ -197,7 +197,7 @@ struct Finished {
 // The jobs, several at a time; what comes of each is had in the order of the jobs.
 class Batch {
  public:
-  Batch(const std::vector<Job>& jobs, fs::path program, ReportForm form)
+  Batch(const std::vector<Job>& jobs, fs::path program, const ReportForm& form)
       : jobs_(jobs),
         program_(std::move(program)),
         form_(form),

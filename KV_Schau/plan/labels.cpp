@@ -31,6 +31,12 @@ std::string per_cent_words(double part) {
   return fmt::format("{:.4g} %", per_cent * part);
 }
 
+// The element in whose box another one is shown.
+Element drawn_at(const Selection& selection, Element element) {
+  const Element reach = selection.folded_into[element];
+  return reach != 0 ? reach : element;
+}
+
 std::string place_words(const Facts& facts, const variant::Place& place) {
   const std::string& file = facts.variant.file(place.file).shown();
   return place.line == 0 ? file : fmt::format("{}:{}", file, place.line);
@@ -73,20 +79,19 @@ std::string short_area(double area) {
 
 Labels::Labels(const Facts& facts, const Graph& graph, const Selection& selection,
                const std::vector<std::uint32_t>& told_links, bool detailed)
-    : facts_(facts), graph_(graph), told_links_(told_links), detailed_(detailed) {
-  const auto drawn_at = [&](Element element) {
-    return selection.folded_into[element] != 0 ? selection.folded_into[element] : element;
-  };
-  folded_ = ByElement(graph.count, selection.folded_into.size(),
-                      [&](std::uint32_t element) { return selection.folded_into[element]; });
-  findings_ = ByElement(graph.count, facts.findings.size(),
-                        [&](std::uint32_t number) { return drawn_at(facts.element_of_finding[number]); });
-  told_ = ByElement(graph.count, told_links.size(),
-                    [&](std::uint32_t number) { return graph.links[told_links[number]].from; });
-  unknown_ = ByElement(graph.count, facts.network.unknown_links.size(), [&](std::uint32_t number) {
-    return drawn_at(facts.network.unknown_links[number].element);
-  });
-}
+    : facts_(facts),
+      graph_(graph),
+      told_links_(told_links),
+      detailed_(detailed),
+      folded_(graph.count, selection.folded_into.size(),
+              [&](std::uint32_t element) { return selection.folded_into[element]; }),
+      findings_(graph.count, facts.findings.size(),
+                [&](std::uint32_t number) { return drawn_at(selection, facts.element_of_finding[number]); }),
+      told_(graph.count, told_links.size(),
+            [&](std::uint32_t number) { return graph.links[told_links[number]].from; }),
+      unknown_(graph.count, facts.network.unknown_links.size(), [&](std::uint32_t number) {
+        return drawn_at(selection, facts.network.unknown_links[number].element);
+      }) {}
 
 std::vector<TextLine> Labels::label_of(Element element) const {
   std::vector<TextLine> label{{name_of(facts_, element), Tone::name}};
