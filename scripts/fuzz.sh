@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the fuzzers and runs them.
 #   scripts/fuzz.sh [SECONDS]                  all targets, so many seconds in total (60 when none are given)
-#   scripts/fuzz.sh --each MINUTES [TARGET...] each target for so many minutes of processor time
+#   scripts/fuzz.sh --each MINUTES [TARGET...] each target for so many minutes of processor time; one that was
+#                                              broken off goes on where it ended
 # Fails on a finding; the input is kept under build/asan/findings and named at the end.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -16,7 +17,7 @@ else
   shift $(($# < 1 ? 0 : 1))
 fi
 if ! [[ $amount =~ ^[1-9][0-9]*$ ]]; then
-  sed -n '2,5s/^# //p' "$0" >&2
+  sed -n '2,6s/^# //p' "$0" >&2
   exit 2
 fi
 
@@ -50,14 +51,18 @@ fuzz_for() {
     "$grown" "fuzz/corpus/$1" >"$log" 2>&1
 }
 
-# Runs a target until it has used so many seconds of processor time, a minute at a time.
+# Runs a target until it has used so many seconds of processor time, a minute at a time. What it has used and
+# executed stands beside the inputs that it has grown, until it has had its time.
 fuzz_by_processor_time() {
-  local used=0 executions=0 outcome=0 TIMEFORMAT='%U %S'
+  local account=$grown.account used=0 executions=0 outcome=0 TIMEFORMAT='%U %S'
+  [ ! -e "$account" ] || read -r used executions <"$account"
   while [ "$used" -lt "$2" ] && [ "$outcome" -eq 0 ]; do
     { time fuzz_for "$1" 60 || outcome=$?; } 2>"$work/time"
     used=$(awk -v used="$used" '{ used += $1 + $2 } END { printf "%d", used }' "$work/time")
     executions=$((executions + $(statistic number_of_executed_units "$log")))
+    echo "$used $executions" >"$account"
   done
+  [ "$outcome" -ne 0 ] || rm "$account"
   printf '%s: %s executions in %s s of processor time, %s\n' "$1" "$executions" "$used" \
     "$(sed -n 's/^#[0-9]*\tDONE *\(cov: [0-9]* ft: [0-9]*\).*/\1/p' "$log")"
   return "$outcome"
