@@ -2,12 +2,12 @@
 # Builds the Debian package, looks it over with lintian, installs it, runs both programs on the installed example
 # and removes it again.
 #   scripts/package.sh           all of it; installing needs root, or sudo without a password
-#   scripts/package.sh --build   only the package, in build/package
+#   scripts/package.sh --build   only the package, in build/release
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 project=$PWD
-build=$project/build/package
+build=$project/build/release
 documents=/usr/share/doc/kv-akum
 
 scripts/install-tools.sh @build dpkg-dev file fonts-dejavu-core gzip lintian man-db pandoc weasyprint
@@ -17,8 +17,8 @@ fail() {
   exit 1
 }
 
-cmake --preset release -B "$build" -DKV_TESTS=OFF -DKV_BOOKS=ON
-cmake --build "$build"
+cmake --preset release -DKV_BOOKS=ON
+cmake --build --preset release
 rm -f "$build"/*.deb
 cpack --config "$build/CPackConfig.cmake" -B "$build"
 package=$(echo "$build"/*.deb)
@@ -38,7 +38,10 @@ clean() {
 trap clean EXIT
 
 echo "== installed"
-"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get --quiet --quiet install --yes \
+# Slim systems leave out what people read; here it is asked for.
+reading=()
+for folder in doc/kv-akum man lintian; do reading+=(-o "DPkg::Options::=--path-include=/usr/share/$folder/*"); done
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get --quiet --quiet "${reading[@]}" install --yes \
   --no-install-recommends "$package"
 
 echo "== run on the example"
