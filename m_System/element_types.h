@@ -29,7 +29,6 @@ struct ColumnRange {
 
 struct ElementType {
   char letter;  ///< with which the names of its elements begin
-  std::int32_t fewest_inflows;
   std::int32_t most_inflows;
   std::int32_t fewest_outflows;
   std::int32_t most_outflows;
@@ -45,18 +44,18 @@ struct ElementType {
 };
 
 inline constexpr std::array<ElementType, 7> element_types = {{
-    {'N', 0, 0, 1, 1, {11, 15}, OwnArea::natural, PassesOn::everything},
-    {'K', 0, 0, 1, 1, {11, 15}, OwnArea::canalised, PassesOn::everything},
-    {'E', 0, 0, 1, 1, {11, 16}, OwnArea::none, PassesOn::everything},
-    {'T', 1, inflow_slots, 1, 1, {11, 19}, OwnArea::none, PassesOn::everything},
-    {'V', 1, inflow_slots, 1, outflow_slots, {22, 26}, OwnArea::none, PassesOn::divided_totals},
-    {'B', 1, inflow_slots, 0, outflow_slots, {24, 30}, OwnArea::none, PassesOn::totals_to_second},
-    {'P', 1, inflow_slots, 1, 1, {}, OwnArea::none, PassesOn::everything},
+    {'N', 0, 1, 1, {11, 15}, OwnArea::natural, PassesOn::everything},
+    {'K', 0, 1, 1, {11, 15}, OwnArea::canalised, PassesOn::everything},
+    {'E', 0, 1, 1, {11, 16}, OwnArea::none, PassesOn::everything},
+    {'T', inflow_slots, 1, 1, {11, 19}, OwnArea::none, PassesOn::everything},
+    {'V', inflow_slots, 1, outflow_slots, {22, 26}, OwnArea::none, PassesOn::divided_totals},
+    {'B', inflow_slots, 0, outflow_slots, {24, 30}, OwnArea::none, PassesOn::totals_to_second},
+    {'P', inflow_slots, 1, 1, {}, OwnArea::none, PassesOn::everything},
 }};
 
 /// The row of an element whose letter is none of these: its outflows are not looked at.
-inline constexpr ElementType no_element_type{'\0', 1,  inflow_slots,  0,
-                                             0,    {}, OwnArea::none, PassesOn::everything};
+inline constexpr ElementType no_element_type{'\0',          inflow_slots,        0, 0, {},
+                                             OwnArea::none, PassesOn::everything};
 
 namespace detail {
 

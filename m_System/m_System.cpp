@@ -78,7 +78,6 @@ std::int32_t AllocateSystemTables() {
 void reset() {
   filled_tables = SystemLogic();
   forget_element_names();
-  ordinals.clear();
 }
 
 }  // namespace m_System
