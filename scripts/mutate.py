@@ -239,8 +239,8 @@ class Worker:
             built = self.command(['ninja', '-j', '1', *(near if header else [])], 600)
             if built != 0:
                 return 'does not build', ''
-            others = [] if header else sorted((t for t in self.tests if t not in near), key=self.durations.get)
-            for test in near + others:
+            others = [] if header else [test for test in self.tests if test not in near]
+            for test in sorted(near, key=self.durations.get) + sorted(others, key=self.durations.get):
                 if self.run_test(test, 30 + 10 * self.durations[test]) != 0:
                     return 'killed', test
             return 'survived', ''
