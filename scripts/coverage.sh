@@ -22,12 +22,13 @@ if [ "${1:-}" != --report ]; then
   mkdir -p "$build"
   g++ -c tests/coverage_exit.cpp -o "$build/coverage_exit.o"
   cmake --preset debug -B "$build" -DKV_TESTS=ON -DCMAKE_CXX_FLAGS_DEBUG="-O0 --coverage -fprofile-update=atomic" \
-    -DCMAKE_EXE_LINKER_FLAGS_DEBUG="-Wl,--wrap=_exit,--wrap=_Exit $PWD/$build/coverage_exit.o" >&2
+    -DCMAKE_EXE_LINKER_FLAGS_DEBUG="-Wl,--wrap=_Exit $PWD/$build/coverage_exit.o" >&2
   cmake --build "$build" >&2
   find "$build" -name '*.gcda' -delete
-  # Counters take time and write files of their own: tests of limits, rights and seconds fail here and count
-  # what they reach all the same.
-  ctest --test-dir "$build" --no-tests=error --timeout 120 -j "$(nproc)" >&2 || true
+  # Counters take time and write files of their own: tests of limits and rights fail here and count what they
+  # reach all the same; those of large files and of seconds reach nothing else.
+  ctest --test-dir "$build" --no-tests=error -j "$(nproc)" --exclude-regex 'Takes?(Time|Seconds)|Million|Large' \
+    >&2 || true
   gcovr --root . --object-directory "$build" --exclude-throw-branches --exclude-unreachable-branches \
     --exclude '(tests|fuzz|bench|tools|build)/' --exclude-directories "$PWD/$build/(fuzz|bench)" \
     --gcov-ignore-parse-errors -j "$(nproc)" --json "$build/coverage.json" >&2
