@@ -63,7 +63,8 @@ void show_window(std::int32_t window, std::string_view title) {
 }
 
 void close_window(std::int32_t window) {
-  if (status_windows.erase(window) != 0) SCRENIX::remove_dialog_box(window);
+  status_windows.erase(window);
+  SCRENIX::remove_dialog_box(window);
 }
 
 }  // namespace

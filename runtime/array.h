@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <limits>
 #include <memory>
 #include <type_traits>
 #include <utility>
@@ -28,6 +27,8 @@ template <class T>
 class OneBased {
  public:
   static_assert(std::is_trivially_copyable_v<T>);
+  // The bytes of every table can then be told.
+  static_assert(sizeof(std::size_t) > sizeof(std::int32_t));
 
   /// Makes `count` entries that hold `initial`. Frees the old ones first. False, with an empty table,
   /// when the memory is not there.
@@ -59,7 +60,6 @@ class OneBased {
   bool take(std::int32_t count, void* (*allocate_bytes)(std::size_t)) {
     release();
     const auto entries = static_cast<std::size_t>(count < 0 ? 0 : count);
-    if (entries > std::numeric_limits<std::size_t>::max() / sizeof(T)) return false;
     if (is_allowed(entries * sizeof(T))) data_.reset(static_cast<T*>(allocate_bytes(entries * sizeof(T))));
     if (!data_) return false;
     size_ = static_cast<std::int32_t>(entries);

@@ -17,7 +17,7 @@
 namespace runtime::detail {
 
 template <SourceText notation>
-constexpr const FormatItem& item_at(std::size_t i) {
+consteval const FormatItem& item_at(std::size_t i) {
   return stored_format<notation>.items[i];
 }
 
@@ -44,7 +44,7 @@ inline constexpr std::size_t text_width<FixedText<N>> = N;
 
 /// A value of fixed size that the element edits in given columns.
 template <class T>
-constexpr bool fits_compiled(const FormatItem& item) {
+consteval bool fits_compiled(const FormatItem& item) {
   if (std::same_as<T, float>) return item.edit == Edit::fixed;
   if (std::same_as<T, std::int32_t>) return item.edit == Edit::integer && item.width > 0;
   return text_width<T> > 0 && item.edit == Edit::text && item.width == 0;

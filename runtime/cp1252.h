@@ -16,7 +16,7 @@ struct SourceText {
   consteval SourceText(const char (&text)[N]) {
     for (std::size_t i = 0; i < N; ++i) bytes[i] = text[i];
   }
-  [[nodiscard]] constexpr std::string_view view() const { return {bytes.data(), N - 1}; }
+  [[nodiscard]] consteval std::string_view view() const { return {bytes.data(), N - 1}; }
 };
 
 /// One character decoded from UTF-8: its code point and the bytes it took; 0 bytes when it is malformed.

@@ -273,7 +273,7 @@ struct StoredFormat {
 };
 
 template <SourceText notation>
-constexpr auto store_format() {
+consteval auto store_format() {
   constexpr ParsedFormat parsed = FormatParser(notation.view()).parse();
   static_assert(parsed.valid, "the format notation is wrong");
   StoredFormat<parsed.item_count, parsed.pool.size> stored;

@@ -93,7 +93,7 @@ inline constexpr int standard_error_handle = 2;
 /// the program.
 std::span<const char* const> path_arguments(int count, const char* const* values);
 
-/// Asks for large pages under memory that is not touched yet, where the system has them.
+/// Asks for large pages under memory that is not touched yet, where the system has them. At least a page.
 void advise_large_pages(void* memory, std::size_t bytes);
 
 /// Makes the process safe for file work: a reader of standard output that goes away, or a file that reaches

@@ -343,7 +343,7 @@ void advise_large_pages(void* memory, std::size_t bytes) {
   // Only whole pages can be advised on.
   const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
   const std::size_t skipped = (page - reinterpret_cast<std::uintptr_t>(memory) % page) % page;
-  if (bytes > skipped) ::madvise(static_cast<char*>(memory) + skipped, bytes - skipped, MADV_HUGEPAGE);
+  ::madvise(static_cast<char*>(memory) + skipped, bytes - skipped, MADV_HUGEPAGE);
 #endif
 }
 

@@ -38,7 +38,7 @@ bool grow(FileText& text) {
 
 // A file that was cut or that a share no longer gives out in full must not pass for a short one.
 bool has_come_to_its_end(const Connection& connection, const FileText& text, std::error_code& reason) {
-  if (connection.facts.kind != FileKind::file || text.size >= connection.facts.size) return true;
+  if (text.size >= connection.facts.size) return true;
   reason = std::make_error_code(std::errc::io_error);
   return false;
 }

@@ -48,8 +48,7 @@ void stop_on_free_unit(std::string_view operation, int unit) {
 }
 
 void stop_on_allocation(std::string_view source_file, int line, std::size_t bytes) {
-  const std::size_t folder = source_file.find_last_of("/\\");
-  if (folder != std::string_view::npos) source_file.remove_prefix(folder + 1);
+  source_file.remove_prefix(source_file.find_last_of("/\\") + 1);
   std::string text = "In file '";
   text.append(source_file).append("', around line ").append(std::to_string(line));
   text.append(": Error allocating ").append(std::to_string(bytes)).append(" bytes");

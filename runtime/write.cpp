@@ -65,7 +65,7 @@ void hand_over_or_tell(Connection& connection) {
 
 void end_open_record(Connection& connection) {
   RecordOutput& output = connection.output;
-  if (output.inside_record && !connection.console) output.pending += output.line_end;
+  if (output.inside_record) output.pending += output.line_end;
   output.inside_record = false;
 }
 

@@ -16,21 +16,24 @@ case "${1:-}" in
 esac
 
 build=build/coverage
-scripts/install-tools.sh @build @tests gcovr python3 >&2
+scripts/install-tools.sh @build @tests clang libclang-rt-dev llvm python3 >&2
 
 if [ "${1:-}" != --report ]; then
   mkdir -p "$build"
-  g++ -c tests/coverage_exit.cpp -o "$build/coverage_exit.o"
-  cmake --preset debug -B "$build" -DKV_TESTS=ON -DCMAKE_CXX_FLAGS_DEBUG="-O0 --coverage -fprofile-update=atomic" \
-    -DCMAKE_EXE_LINKER_FLAGS_DEBUG="-Wl,--wrap=_Exit $PWD/$build/coverage_exit.o" >&2
+  clang++ -c tests/coverage_exit.cpp -o "$build/coverage_exit.o"
+  cmake --preset debug -B "$build" -DKV_TESTS=ON -DKV_CHECKED=OFF -DCMAKE_CXX_COMPILER=clang++ \
+    -DCMAKE_CXX_FLAGS_DEBUG="-O0 -fprofile-instr-generate=$PWD/$build/counters/%4m.profraw -fcoverage-mapping" \
+    -DCMAKE_EXE_LINKER_FLAGS_DEBUG="-Wl,--wrap=exit,--wrap=_Exit $PWD/$build/coverage_exit.o" >&2
   cmake --build "$build" >&2
-  find "$build" -name '*.gcda' -delete
+  rm -rf "$build/counters"
   # Counters take time and write files of their own: tests of limits and rights fail here and count what they
   # reach all the same; those of large files and of seconds reach nothing else.
   ctest --test-dir "$build" --no-tests=error -j "$(nproc)" --exclude-regex 'Takes?(Time|Seconds)|Million|Large' \
     >&2 || true
-  gcovr --root . --object-directory "$build" --exclude-throw-branches --exclude-unreachable-branches \
-    --exclude '(tests|fuzz|bench|tools|build)/' --exclude-directories "$PWD/$build/(fuzz|bench)" \
-    --gcov-ignore-parse-errors -j "$(nproc)" --json "$build/coverage.json" >&2
 fi
+llvm-profdata merge --failure-mode=all -o "$build/counters.profdata" "$build"/counters/*.profraw
+programs=()
+for program in "$build"/bin/*; do [ -d "$program" ] || programs+=(--object "$program"); done
+llvm-cov export --format=text --skip-functions --instr-profile="$build/counters.profdata" "${programs[@]}" \
+  >"$build/coverage.json"
 exec python3 scripts/coverage_report.py "$build/coverage.json"

@@ -99,6 +99,10 @@ class IoFaults : public testing::Test {
   void expect_whole(std::string_view name) const {
     EXPECT_EQ(read_bytes(file(name)), read_bytes(variant() / "out" / "files" / name)) << name;
   }
+  void expect_no_unfinished_file() const {
+    for (const auto& entry : fs::directory_iterator(work()))
+      EXPECT_NE(entry.path().extension(), ".neu") << entry;
+  }
   void expect_absent(std::string_view name) const { EXPECT_FALSE(fs::exists(file(name))) << name; }
 
  private:
@@ -176,17 +180,21 @@ TEST_F(IoFaults, FewHandlesEndInOrder) {
   if (sanitized) GTEST_SKIP() << "the sanitizer needs handles of its own";
   // One beyond the standard streams: without it the process cannot even begin.
   for (rlim_t handles = 4; handles < 10; ++handles) {
-    fs::remove(file("var1.Akum"));
-    const Outcome outcome = run("var1", [&] {
-      close_inherited_handles();
-      limit(RLIMIT_NOFILE, handles);
-    });
-    expect_end(outcome);
-    if (outcome.out == closing("var1") && outcome.err.empty()) {
-      expect_whole("var1.Akum");
-    } else {
-      const bool told = !outcome.err.empty() || outcome.out.find("KV_Akum: Fehler") != std::string::npos;
-      EXPECT_TRUE(told) << handles << " handles";
+    for (const bool has_input : {true, false}) {
+      fs::remove(file("var1.Akum"));
+      const Outcome outcome = run("var1", [&] {
+        close_inherited_handles();
+        if (!has_input) ::close(STDIN_FILENO);
+        limit(RLIMIT_NOFILE, handles);
+      });
+      expect_end(outcome);
+      if (outcome.out == closing("var1") && outcome.err.empty()) {
+        expect_whole("var1.Akum");
+      } else {
+        const bool told = !outcome.err.empty() || outcome.out.find("KV_Akum: Fehler") != std::string::npos;
+        EXPECT_TRUE(told) << handles << " handles";
+      }
+      expect_no_unfinished_file();
     }
   }
 }

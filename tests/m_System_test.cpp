@@ -248,6 +248,7 @@ TEST_F(SystemTest, CountsTheTypes) {
   EXPECT_EQ(system_logic.count('T'), 1);
   EXPECT_EQ(system_logic.count('V'), 1);
   EXPECT_EQ(system_logic.count('B'), 2);
+  for (const char letter : {'A', 'n', ' ', '\0', '\xFF'}) EXPECT_EQ(system_logic.count(letter), 0);
 }
 
 TEST_F(SystemTest, AFileWithoutElementLines) {

@@ -430,6 +430,14 @@ TEST_F(ListFiles, TellsAMissingPath) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 1);
 }
 
+TEST_F(ListFiles, TellsAPathThatTakesNoListing) {
+  host_.listing_file.clear();
+  std::filesystem::create_directory("data/files.lis");
+  EXPECT_EQ(list_files("data\\", "*", error_), 0);
+  EXPECT_EQ(error_.trimmed(), "Pfad \"data\\\" existiert nicht!");
+  EXPECT_TRUE(exists("data/files.lis"));
+}
+
 TEST_F(ListFiles, CutsTheMessageOfALongPath) {
   const std::string path(300, 'p');
   host_.listing_file.clear();

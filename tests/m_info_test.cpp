@@ -147,6 +147,14 @@ TEST_F(RuntimeProtocolTest, CountingIgnoresATimer) {
   EXPECT_EQ(protocol.timer_last.at(1), 0);
 }
 
+TEST_F(RuntimeProtocolTest, AddsNothingWithoutANumber) {
+  host_.ticks = 50;
+  runtime_protocol("ADD");
+  EXPECT_THAT(protocol.counters.values, Each(0));
+  EXPECT_THAT(protocol.timers.values, Each(0));
+  EXPECT_THAT(protocol.timer_last.values, Each(0));
+}
+
 TEST_F(RuntimeProtocolTest, BothAddsMeasureFromTheSameStart) {
   host_.ticks = 100;
   runtime_protocol("SET", no_text, no_counter, 2);

@@ -245,6 +245,49 @@ TEST_F(RunFaults, OfALargeVariantAreToldOrLeaveEverythingRight) {
                           most_calls(usual_most_of_large));
 }
 
+// A file that grows while it is read takes more and more memory, each time anew.
+
+class SizesUnknown final : public ForwardingHost {
+ public:
+  bool facts(int handle, runtime::FileFacts& facts, std::error_code& reason) override {
+    const bool known = ForwardingHost::facts(handle, facts, reason);
+    facts.size = 0;
+    return known;
+  }
+};
+
+child::Outcome run_with_growing_files(const fs::path& folder, int refused) {
+  shared_counts() = {};
+  return child::run([&] {
+    fs::current_path(folder);
+    const SizesUnknown host;
+    std::atexit([] { shared_counts().allocations = counted_allocations::end(); });
+    const std::array<const char*, 2> arguments = {"KV_Akum", "rausel"};
+    counted_allocations::begin(refused, refused);
+    KV_Akum::RunProgram(2, arguments.data());
+  });
+}
+
+TEST_F(RunFaults, MemoryForGrowingFilesIsTold) {
+  const test_files::TemporaryFolder folder(test_files::fast_folder());
+  fs::copy(KV_EXAMPLES_DIR, folder.path(), fs::copy_options::recursive);
+  const std::string closing = run_with_growing_files(folder.path(), 0).out;
+  const std::string right = test_files::read_bytes(folder.file("rausel.Akum"));
+  ASSERT_FALSE(right.empty());
+  const int allocations = shared_counts().allocations;
+  int told_of_reading = 0;
+  for (int nth = 1; nth <= allocations; ++nth) {
+    const child::Outcome outcome = run_with_growing_files(folder.path(), nth);
+    EXPECT_EQ(outcome.ending, "exit status 0") << nth;
+    EXPECT_TRUE(!outcome.err.empty() || outcome.out == closing) << nth << ": " << outcome.out;
+    EXPECT_EQ(test_files::read_bytes(folder.file("rausel.Akum")), right) << nth;
+    if (outcome.err.starts_with("E/A-Fehler beim Lesen von") &&
+        outcome.err.ends_with(": Cannot allocate memory\n"))
+      ++told_of_reading;
+  }
+  EXPECT_GT(told_of_reading, 20) << "files of several hundred bytes are grown to from one";
+}
+
 // The judge itself.
 
 TEST(Lines, OfAProtocolMayBeMissingOrCut) {

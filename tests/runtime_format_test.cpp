@@ -285,6 +285,27 @@ TEST(Reading, ANumberBeyondItsRangeIsBad) {
   EXPECT_EQ(whole, std::numeric_limits<std::int32_t>::min());
 }
 
+TEST(Reading, AValueNeedsAFieldOfItsKind) {
+  float single = -1;
+  double real = -1;
+  std::int32_t whole = -1;
+  std::array<char, 5> text{};
+  text.fill('-');
+  for (const auto& format : {runtime::format<"(a)">, runtime::format<"(a5)">}) {
+    EXPECT_FALSE(runtime::read_fields("12345", format, {single}));
+    EXPECT_FALSE(runtime::read_fields("12345", format, {real}));
+    EXPECT_FALSE(runtime::read_fields("12345", format, {whole}));
+  }
+  EXPECT_FALSE(runtime::read_fields("12345", runtime::format<"(i5)">, {single}));
+  EXPECT_FALSE(runtime::read_fields("12345", runtime::format<"(i5)">, {real}));
+  EXPECT_FALSE(runtime::read_fields("12345", runtime::format<"(f5.0)">, {whole}));
+  EXPECT_FALSE(runtime::read_fields("12345", runtime::format<"(i5)">, {Target(std::span<char>(text))}));
+  EXPECT_EQ(single, -1.0F);
+  EXPECT_EQ(real, -1.0);
+  EXPECT_EQ(whole, -1);
+  EXPECT_EQ(std::string(text.data(), 5), "-----");
+}
+
 TEST(Reading, DecimalsStandInForAPoint) {
   double with_point = 0;
   double without = 0;

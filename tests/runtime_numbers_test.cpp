@@ -175,6 +175,9 @@ TEST(ReadingReals, DecimalsCountOnlyWithoutAPoint) {
   EXPECT_EQ(edit_single("1234.", 2).value, 1234.0F);
   EXPECT_EQ(edit_single("5E1", 2).value, 0.5F);
   EXPECT_EQ(edit_single("", 2).value, 0.0F);
+  EXPECT_EQ(edit_single("1234567", 10).value, 1.234567E-4F);
+  EXPECT_EQ(edit_single("1234567", 11).value, 1.234567E-5F);
+  EXPECT_EQ(edit_single("1234567", 40).value, 1.234567E-34F);
 }
 
 TEST(ReadingReals, AgreesWithTheLibraryOnRandomFields) {
@@ -309,6 +312,17 @@ TEST(WritingReals, AgreesWithTheLibraryOnValuesOfEveryday) {
     ASSERT_EQ(fixed(10, static_cast<std::size_t>(d), real), printed(10, d, real)) << std::hexfloat << real;
     const auto single = static_cast<float>(real);
     ASSERT_EQ(fixed(10, 3, single), printed(10, 3, single)) << std::hexfloat << single;
+  }
+}
+
+TEST(WritingWholeNumbers, TakesEveryWidth) {
+  for (const std::int32_t value : {0, 7, -7, INT32_MAX, INT32_MIN}) {
+    const std::string digits = std::to_string(value);
+    for (std::size_t width = 1; width <= 40; ++width) {
+      const std::string expected =
+          digits.size() > width ? std::string(width, '*') : std::string(width - digits.size(), ' ') + digits;
+      EXPECT_EQ(edited("(i" + std::to_string(width) + ")", value), expected);
+    }
   }
 }
 

@@ -17,6 +17,7 @@
 #include "runtime/command.h"
 #include "runtime/cp1252.h"
 #include "runtime/host.h"
+#include "runtime/read.h"
 #include "runtime/stop.h"
 #include "runtime/units.h"
 #include "runtime/write.h"
@@ -92,6 +93,11 @@ TEST_F(StopDeathTest, AfterAFailedAllocationNamesPlaceAndBytes) {
   expect_two_files();
 }
 
+TEST_F(StopDeathTest, ASourceFileMayComeWithoutItsFolder) {
+  EXPECT_STOP(runtime::stop_on_allocation("accumulation.cpp", 34, 4000),
+              "In file 'accumulation.cpp', around line 34: Error allocating 4000 bytes\n");
+}
+
 TEST_F(StopDeathTest, TellsEveryFileThatCannotBeCompleted) {
   TestHost host;
   const auto stop = [&] {
@@ -155,6 +161,27 @@ void write_to_nobody() {
   if (pipe(ends.data()) != 0) std::abort();
   close(ends[0]);
   dup2(ends[1], STDOUT_FILENO);
+}
+
+// Makes standard input a pipe with these bytes.
+void read_from_a_pipe(std::string_view bytes) {
+  std::array<int, 2> ends{};
+  if (pipe(ends.data()) != 0 || write(ends[1], bytes.data(), bytes.size()) < 0) std::abort();
+  close(ends[1]);
+  dup2(ends[0], STDIN_FILENO);
+}
+
+TEST_F(StopDeathTest, StandardInputMayBeAPipe) {
+  testing::internal::CaptureStdout();
+  EXPECT_STOP(
+      {
+        read_from_a_pipe("first\nsecond\n");
+        std::string_view record;
+        for (runtime::LineReader reader(5, 80); reader.next(record);) runtime::write<"(a)">(6, record);
+        runtime::stop();
+      },
+      "");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "first\nsecond\n");
 }
 
 // In a process of its own.

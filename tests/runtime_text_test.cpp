@@ -158,6 +158,10 @@ TEST(WindowsBytes, ComeBackFromUtf8) {
   }
 }
 
+TEST(WindowsBytes, NothingDecodesToNothing) {
+  EXPECT_EQ(runtime::decode_utf8("").size, 0U);
+}
+
 bool converts(std::string_view utf8) {
   runtime::Cp1252Text<16> text;
   text.append(utf8);

@@ -14,13 +14,17 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 #include "runtime/cp1252.h"
 #include "runtime/edit_output.h"
+#include "runtime/host.h"
 #include "runtime/read.h"
 #include "runtime/units.h"
 #include "runtime/write.h"
+#include "tests/forwarding_host.h"
 #include "tests/test_files.h"
 #include "tests/test_host.h"
 
@@ -319,6 +323,18 @@ TEST_F(Units, AUnitHoldsOneFile) {
   EXPECT_FALSE(runtime::try_open(5, file("other"), OpenStatus::unknown));
 }
 
+TEST_F(Units, NumbersBeyondTheUnitsAreRefused) {
+  constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
+  for (const int unit : {-1, 1'000'000, largest, -largest}) {
+    std::error_code reason;
+    EXPECT_FALSE(runtime::try_open(unit, file("new"), OpenStatus::unknown, reason)) << unit;
+    EXPECT_EQ(reason, std::errc::argument_out_of_domain) << unit;
+  }
+  EXPECT_FALSE(fs::exists(file("new")));
+  EXPECT_TRUE(runtime::try_open(999'999, file("new"), OpenStatus::unknown));
+  EXPECT_TRUE(runtime::try_open(0, file("other"), OpenStatus::unknown));
+}
+
 TEST_F(Units, AFileIsHeldByOneUnit) {
   open_with("a");
   fs::create_symlink(file("file"), file("symbolic"));
@@ -350,6 +366,34 @@ TEST_F(Units, DevicesCanBeHeldTwice) {
   runtime::close(test_unit);
 }
 
+// Files whose numbers are all the same, each on a volume of its own.
+class VolumesOfOneFile final : public ForwardingHost {
+ public:
+  runtime::FileFacts look(const std::string& path, std::error_code& reason) override {
+    return moved(ForwardingHost::look(path, reason));
+  }
+  bool facts(int handle, runtime::FileFacts& facts, std::error_code& reason) override {
+    const bool known = ForwardingHost::facts(handle, facts, reason);
+    facts = moved(facts);
+    return known;
+  }
+
+ private:
+  static runtime::FileFacts moved(runtime::FileFacts facts) {
+    facts.volume = std::exchange(facts.number, 1);
+    return facts;
+  }
+};
+
+TEST_F(Units, FilesOfTwoVolumesAreTwoFiles) {
+  const VolumesOfOneFile host;
+  write_bytes(file("other"), "b");
+  open_with("a");
+  EXPECT_TRUE(runtime::try_open(101, file("other"), OpenStatus::old));
+  EXPECT_EQ(runtime::unit_of(file("other")), 101);
+  EXPECT_EQ(runtime::unit_of(file("file")), test_unit);
+}
+
 TEST_F(Units, AFolderIsNoFile) {
   fs::create_directory(file("folder"));
   EXPECT_FALSE(runtime::try_open(test_unit, file("folder"), OpenStatus::unknown));
@@ -373,6 +417,17 @@ TEST_F(Units, APipeWithoutAPartnerIsRefusedAtOnce) {
   for (const OpenStatus status : {OpenStatus::old, OpenStatus::unknown, OpenStatus::fresh}) {
     EXPECT_FALSE(runtime::try_open(test_unit, file("pipe"), status));
   }
+}
+
+TEST_F(Units, APipeIsOpenedForReadingWithoutWaiting) {
+  ASSERT_EQ(mkfifo(file("pipe").c_str(), 0600), 0);
+  std::error_code reason;
+  const int reader = runtime::host().open(file("pipe"), runtime::Access::read, reason);
+  ASSERT_GE(reader, 0) << reason.message();
+  char byte = 0;
+  EXPECT_EQ(read(reader, &byte, 1), 0) << "nobody writes";
+  EXPECT_EQ(write(reader, &byte, 1), -1) << "opened for reading only";
+  close(reader);
 }
 
 TEST_F(Units, APipeWithAReaderGetsTheRecords) {
@@ -413,6 +468,15 @@ TEST_F(Units, TextWithoutAnEndStaysInTheRecord) {
   runtime::write_text(test_unit, "open");
   runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("new")), "abc\nd 5\nopen\n");
+}
+
+TEST_F(Units, MuchTextIsHandedOverOnItsWay) {
+  runtime::open(test_unit, file("new"), OpenStatus::unknown);
+  const std::string text(3'000'000, 'x');
+  runtime::write_text(test_unit, text);
+  EXPECT_EQ(fs::file_size(file("new")), text.size());
+  runtime::close(test_unit);
+  EXPECT_EQ(fs::file_size(file("new")), text.size() + 1);
 }
 
 TEST_F(Units, WritingCutsTheFileAtTheCurrentRecord) {
@@ -464,6 +528,16 @@ TEST_F(Units, EndFileCutsWithoutAWrite) {
   EXPECT_EQ(next_record(), "<end>");
   runtime::close(test_unit);
   EXPECT_EQ(read_bytes(file("file")), "a\n");
+}
+
+TEST_F(Units, EndFileBehindAWriteKeepsIt) {
+  open_with("a\nb\n");
+  runtime::write<"(a)">(test_unit, "c");
+  runtime::flush(test_unit);
+  runtime::end_file(test_unit);
+  runtime::write<"(a)">(test_unit, "d");
+  runtime::close(test_unit);
+  EXPECT_EQ(read_bytes(file("file")), "c\nd\n");
 }
 
 TEST_F(Units, ReadBackWhatWasWritten) {
@@ -535,6 +609,15 @@ TEST_F(Units, CloseWithRemoveDeletesTheFile) {
   runtime::close(test_unit, CloseStatus::remove);
   EXPECT_FALSE(fs::exists(file("file")));
   EXPECT_FALSE(runtime::is_connected(test_unit));
+}
+
+TEST_F(Units, ACompleteResultCanBeRemoved) {
+  runtime::open(test_unit, file("new"), OpenStatus::whole);
+  runtime::write<"(a)">(test_unit, "a");
+  runtime::complete(test_unit);
+  EXPECT_EQ(read_bytes(file("new")), "a\n");
+  runtime::close(test_unit, CloseStatus::remove);
+  EXPECT_FALSE(fs::exists(file("new")));
 }
 
 TEST_F(Units, ClosingAFreeOrAStandardUnitDoesNothing) {

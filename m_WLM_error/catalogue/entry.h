@@ -78,7 +78,7 @@ constexpr runtime::Value::Kind kind_of(Argument argument) {
 }
 
 /// True when the arguments, behind `leading` other fields, find a field of their kind in the format.
-constexpr bool arguments_fit(const runtime::Format& format, std::size_t leading,
+consteval bool arguments_fit(const runtime::Format& format, std::size_t leading,
                              std::span<const Argument> arguments) {
   if (leading + arguments.size() > format.fields()) return false;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
