@@ -83,7 +83,7 @@ std::string_view leading_digits(std::string_view text) {
 Mantissa mantissa_at(std::string_view text, std::size_t first_digit) {
   const char before = first_digit > 0 ? text[first_digit - 1] : ' ';
   std::string_view rest = text.substr(first_digit);
-  if (before == '.') return {{}, leading_digits(rest), 1.0F};
+  if (before == '.') return {.whole = {}, .fraction = leading_digits(rest)};
   Mantissa mantissa{leading_digits(rest), {}, before == '-' ? -1.0F : 1.0F};
   rest.remove_prefix(mantissa.whole.size());
   if (!rest.empty() && rest.front() == '.') mantissa.fraction = leading_digits(rest.substr(1));

@@ -302,6 +302,10 @@ TEST_F(Dispatcher, AbsentNumbersHaveTheirValues) {
   start_protocol();
   MessageDispatcher("Y00");
   EXPECT_THAT(protocol_lines().front(), EndsWith(":     0"));
+  start_protocol();
+  MessageDispatcher("R09");
+  EXPECT_THAT(protocol_lines(), ElementsAre(EndsWith(": "), EndsWith(":         0"), EndsWith("!"),
+                                            EndsWith(":         0"), EndsWith(":         0")));
 }
 
 TEST_F(Dispatcher, InitKeepsTheLastStructure) {

@@ -611,6 +611,17 @@ TEST_F(Units, CloseWithRemoveDeletesTheFile) {
   EXPECT_FALSE(runtime::is_connected(test_unit));
 }
 
+TEST_F(Units, ACompleteFileIsClosedOnce) {
+  TestHost host;
+  runtime::open(test_unit, file("new"), OpenStatus::unknown);
+  runtime::write<"(a)">(test_unit, "a");
+  runtime::complete(test_unit);
+  EXPECT_EQ(read_bytes(file("new")), "a\n");
+  EXPECT_EQ(host.calls(HostCall::close), 1);
+  runtime::close(test_unit);
+  EXPECT_EQ(host.calls(HostCall::close), 1);
+}
+
 TEST_F(Units, ACompleteResultCanBeRemoved) {
   runtime::open(test_unit, file("new"), OpenStatus::whole);
   runtime::write<"(a)">(test_unit, "a");
