@@ -129,6 +129,11 @@ def key_of(mutant):
     return '\t'.join([mutant['file'], mutant['old'].strip(), mutant['new'].strip(), str(mutant.get('nth', 0))])
 
 
+def line_of(mutant):
+    """As it stands in the list of those without effect: on one line."""
+    return re.sub(r' *\n *', ' ', key_of(mutant))
+
+
 def lot_of(mutant, seed):
     """Its place in the draw, which changes in other lines leave alone."""
     return hashlib.sha256(f'{seed}\t{key_of(mutant)}'.encode()).digest()
@@ -265,7 +270,7 @@ def report(entries, equivalent):
         room = rooms.setdefault(entry['file'], [0, 0, 0])
         room[0] += 1
         room[1] += entry['outcome'] == 'killed'
-        room[2] += entry['outcome'] == 'survived' and key_of(entry) in equivalent
+        room[2] += entry['outcome'] == 'survived' and line_of(entry) in equivalent
     total = [sum(column) for column in zip(*rooms.values())] or [0, 0, 0]
     print('| file | mutants | killed | without effect | survived |')
     print('|---|---:|---:|---:|---:|')
@@ -274,7 +279,7 @@ def report(entries, equivalent):
     effective = total[0] - total[2]
     print(f'\n{100 * total[1] / max(effective, 1):.1f} % of {effective} mutants with an effect killed')
     for entry in counted:
-        if entry['outcome'] == 'survived' and key_of(entry) not in equivalent:
+        if entry['outcome'] == 'survived' and line_of(entry) not in equivalent:
             print(f"\n{entry['file']}:{entry['line']}: {entry['operator']}")
             for line in entry['old'].split('\n'):
                 print('- ' + line.strip())
@@ -307,7 +312,7 @@ def main():
         if options.survivors:
             drawn = [mutant for mutant in drawn
                      if entries.get(key_of(mutant), {}).get('outcome') == 'survived' and
-                     key_of(mutant) not in equivalent]
+                     line_of(mutant) not in equivalent]
         run(options, root, drawn, entries, log_path)
         entries = read_log(log_path)
     report(entries.values(), equivalent)
