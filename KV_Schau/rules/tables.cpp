@@ -105,8 +105,7 @@ std::optional<Orphan> orphan_at(const Context& context, FileId file, std::uint32
   const std::string_view text = variant::without_blanks(field);
   const bool begins_left = !field.empty() && field.front() != ' ';
   const bool begins_word = begins_left && line[columns::name.first - 2] == ' ';
-  if (!begins_word || !has_form_of_name(text, variant::type_of_file(file)))
-    return std::nullopt;
+  if (!begins_word || !has_form_of_name(text, variant::type_of_file(file))) return std::nullopt;
   if (!has_values(file, line, columns::name.last)) return std::nullopt;
   return Orphan{file, number, columns::name.first, static_cast<std::uint32_t>(text.size()),
                 variant::name_of(text)};
