@@ -401,6 +401,12 @@ TEST_F(Units, AFolderIsNoFile) {
   EXPECT_FALSE(runtime::try_open(test_unit, file("nowhere/file"), OpenStatus::unknown));
 }
 
+TEST_F(Units, BelowAFileNothingCanBeFound) {
+  std::error_code reason;
+  EXPECT_EQ(runtime::host().look(with_bytes("a") + "/b", reason).kind, runtime::FileKind::none);
+  EXPECT_FALSE(reason) << reason.message();
+}
+
 TEST_F(Units, LinksThatTurnInACircleAreRefused) {
   fs::create_symlink(file("two"), file("one"));
   fs::create_symlink(file("one"), file("two"));
