@@ -124,9 +124,8 @@ class DiffWriter {
       old_count += script_.lines()[k].sign == Sign::added ? 0 : 1;
       new_count += script_.lines()[k].sign == Sign::removed ? 0 : 1;
     }
-    fmt::format_to(std::back_inserter(out_), "{}@@ -{},{} +{},{} @@{}\n", colours_.place,
-                   old_before_ + (old_count > 0 ? 1 : 0), old_count, new_before_ + (new_count > 0 ? 1 : 0),
-                   new_count, colours_.off);
+    fmt::format_to(std::back_inserter(out_), "{}@@ -{},{} +{},{} @@{}\n", colours_.place, old_before_ + 1,
+                   old_count, new_before_ + 1, new_count, colours_.off);
     for (std::size_t k = first; k < end; ++k) write_line(script_.lines()[k]);
   }
 

@@ -26,8 +26,8 @@ void join_doubled_ends(MendedFile& file) {
   std::vector<Line> joined;
   joined.reserve(file.lines.size());
   for (const Line& line : file.lines) {
-    const bool is_rest = line.text.empty() && line.end == LineEnd::crlf && !joined.empty() &&
-                         joined.back().end == LineEnd::cr && joined.back().old_number + 1 == line.old_number;
+    const bool is_rest =
+        line.text.empty() && line.end == LineEnd::crlf && !joined.empty() && joined.back().end == LineEnd::cr;
     if (!is_rest) {
       joined.push_back(line);
       continue;

@@ -19,7 +19,7 @@ bool belongs_to_number(char character) {
 }
 
 char at(std::string_view line, std::uint32_t column) {
-  return column >= 1 && column <= line.size() ? line[column - 1] : ' ';
+  return column <= line.size() ? line[column - 1] : ' ';
 }
 
 // Nothing of the number lies outside its columns.
@@ -38,7 +38,7 @@ std::size_t decimal_comma(std::string_view line, Span span) {
   if (comma == std::string_view::npos || !is_whole(line, span)) return std::string_view::npos;
   std::string number(text);
   number[comma] = '.';
-  if (!is_plain_number(number) || text.find('.') != std::string_view::npos) return std::string_view::npos;
+  if (!is_plain_number(number)) return std::string_view::npos;
   return static_cast<std::size_t>(text.data() - line.data()) + comma;
 }
 
@@ -53,7 +53,6 @@ std::span<const Span> fields_of(FileId file) {
 
 // "1,234": where other areas of the file have points, the comma may set off thousands.
 bool may_set_off_thousands(std::string_view number) {
-  if (number.starts_with('+') || number.starts_with('-')) number.remove_prefix(1);
   const std::size_t comma = number.find(',');
   return comma > 0 && number.front() != '0' && number.size() - comma - 1 == 3;
 }

@@ -1,5 +1,6 @@
 #include <boost/unordered/unordered_flat_map.hpp>
 #include <cstddef>
+#include <optional>
 #include <utility>
 
 #include "KV_Schau/mend/steps.h"
@@ -36,23 +37,14 @@ class Sorter {
     for (Element& element : elements_) link(element);
   }
 
-  [[nodiscard]] bool is_in_order() const {
-    for (std::uint32_t i = 0; i < elements_.size(); ++i) {
-      for (const std::uint32_t j : elements_[i].inflow) {
-        if (j != none && j >= i) return false;
-      }
-    }
-    return true;
-  }
-
   // The line of the first element that stands before an inflow of it.
-  [[nodiscard]] std::uint32_t first_fault() const {
+  [[nodiscard]] std::optional<std::uint32_t> first_fault() const {
     for (std::uint32_t i = 0; i < elements_.size(); ++i) {
       for (const std::uint32_t j : elements_[i].inflow) {
         if (j != none && j >= i) return lines_[elements_[i].line].old_number;
       }
     }
-    return 0;
+    return std::nullopt;
   }
 
   // Why the order is not clear; empty when it is.
@@ -165,11 +157,11 @@ variant::NameIndex names_of(const MendedFile& system) {
 
 void mend_order(MendedFile& system, Mended& mended) {
   Sorter sorter(system);
-  if (sorter.is_in_order()) return;
-  const std::uint32_t first_fault = sorter.first_fault();
+  const std::optional<std::uint32_t> fault = sorter.first_fault();
+  if (!fault) return;
   const std::string reason = sorter.sort();
   if (!reason.empty()) {
-    mended.left.push_back({variant::FileId::sys, first_fault,
+    mended.left.push_back({variant::FileId::sys, *fault,
                            "Die Reihenfolge bleibt, obwohl das Element vor einem Zulauf steht: " + reason});
     return;
   }

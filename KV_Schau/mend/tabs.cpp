@@ -28,10 +28,10 @@ std::string with_blanks(std::string_view line, std::size_t tab_width) {
   return text;
 }
 
-bool is_clear_name(std::string_view field, bool may_be_end) {
+// ENDE, too, begins with the letter of an element.
+bool is_clear_name(std::string_view field) {
   if (is_blank(field)) return true;
   const std::string_view name = field.substr(0, field.find_last_not_of(' ') + 1);
-  if (may_be_end && name == "ENDE") return true;
   return m_System::is_element_type(name.front()) && name.find(' ') == std::string_view::npos;
 }
 
@@ -119,13 +119,12 @@ std::optional<std::string> only_clear_form(const Judge& judge, std::string_view 
 
 bool is_clear_element_line(std::string_view line) {
   line = line.substr(0, variant::sys_line_width);
-  if (!variant::is_element_line(line) || !is_clear_name(sys::name.of(line), false)) return false;
-  const auto is_clear_inflow = [line](Span field) { return is_clear_name(field.of(line), false); };
-  const auto is_clear_outflow = [line](Span field) { return is_clear_name(field.of(line), true); };
+  if (!variant::is_element_line(line) || !is_clear_name(sys::name.of(line))) return false;
+  const auto is_clear_link = [line](Span field) { return is_clear_name(field.of(line)); };
   static constexpr std::array<Span, 7> gaps = {
       {{35, 35}, {41, 43}, {49, 49}, {55, 55}, {61, 63}, {69, 69}, {75, 75}}};
-  return std::ranges::all_of(sys::inflow, is_clear_inflow) &&
-         std::ranges::all_of(sys::outflow, is_clear_outflow) &&
+  return std::ranges::all_of(sys::inflow, is_clear_link) &&
+         std::ranges::all_of(sys::outflow, is_clear_link) &&
          std::ranges::all_of(gaps, [line](Span gap) { return is_blank(gap.of(line)); });
 }
 

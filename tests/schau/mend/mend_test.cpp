@@ -117,6 +117,17 @@ TEST(Mend, UndoesWhatHasOneMeaning) {
        "1 Zeile mit Tabulatoren"},
       {"a tab before a station", FileId::trs, [](Bed& bed) { bed.line(FileId::trs, 3) = "\t    18.250"; },
        "1 Zeile mit Tabulatoren"},
+      {"tabs of eight in the outlet", FileId::sys,
+       [](Bed& bed) { bed.line(FileId::sys, 12) = "\t\t\t\t   T0050   P0010\t       ENDE"; },
+       "1 Zeile mit Tabulatoren"},
+      {"a tab before a unit of canalised areas", FileId::kfl,
+       [](Bed& bed) { bed.line(FileId::kfl, 2) = "\t  ha"; }, "1 Zeile mit Tabulatoren"},
+      {"a tab of three before a branching", FileId::ver,
+       [](Bed& bed) { bed.line(FileId::ver, 2) = "\tV0010     1  65.0"; }, "1 Zeile mit Tabulatoren"},
+      {"a tab of three before a reach", FileId::trs,
+       [](Bed& bed) { bed.line(FileId::trs, 2).replace(0, 3, "\t"); }, "1 Zeile mit Tabulatoren"},
+      {"a tab for a blank", FileId::nfl, [](Bed& bed) { bed.line(FileId::nfl, 3) = "   N0010 \t12.40 0.00"; },
+       "1 Zeile mit Tabulatoren"},
   };
   for (const Spoilt& spoilt : cases) {
     SCOPED_TRACE(spoilt.what);
@@ -135,6 +146,22 @@ TEST(Mend, JoinsDoubledLineEnds) {
   bed.set_bytes(FileId::trs, joined(Bed().lines(FileId::trs), "\r\r\n"));
   EXPECT_EQ(mended_bed(bed).bytes(FileId::trs), joined(Bed().lines(FileId::trs), "\r\n"));
   EXPECT_EQ(summary_of(bed, FileId::trs), "11 Zeilen mit doppeltem Zeilenende");
+}
+
+TEST(Mend, JoinsNoLinesThatAreApart) {
+  Bed bed;
+  bed.set_bytes(FileId::trs, "\r\nKopf\rweiter\r\n\r\n" + joined(Bed().lines(FileId::trs), "\r\n"));
+  EXPECT_EQ(mended_bed(bed).bytes(FileId::trs), bed.bytes(FileId::trs));
+}
+
+TEST(Mend, TakesCarriageReturnsWhereTheyAreTheLineEnd) {
+  Bed bed;
+  std::string bytes = joined(Bed().lines(FileId::trs), "\r");
+  const std::string expected = bytes + "Ende";
+  bytes.back() = '\n';
+  bed.set_bytes(FileId::trs, bytes + "Ende");
+  EXPECT_EQ(mended_bed(bed).bytes(FileId::trs), expected);
+  EXPECT_EQ(summary_of(bed, FileId::trs), "1 Zeile mit anderem Zeilenende");
 }
 
 TEST(Mend, TakesTheMostFrequentLineEnd) {
@@ -165,6 +192,53 @@ TEST(Mend, LeavesWhatCouldBeMeantOtherwise) {
       {"a single CR", [](Bed& bed) { bed.put(FileId::nfl, 1, 5, "\r"); }, ""},
       {"a tab in a remark", [](Bed& bed) { bed.line(FileId::nfl, 1) = "   Name\tAreal"; }, ""},
       {"tabs that fit no width", [](Bed& bed) { bed.line(FileId::nfl, 3) = "N0010\t12.40"; }, ""},
+      {"a tab that fits two widths", [](Bed& bed) { bed.line(FileId::trs, 2) = "   T0010\t   21.700"; }, ""},
+      {"a tab before a branching without a code",
+       [](Bed& bed) { bed.line(FileId::ver, 2) = "\tV0010        65.0"; }, ""},
+      {"a tab before a branching with a word behind its code",
+       [](Bed& bed) { bed.line(FileId::ver, 2) = "\tV0010     1 x5.0"; }, ""},
+      {"a tab before a branching whose share goes on",
+       [](Bed& bed) { bed.line(FileId::ver, 2) = "\tV0010     1  65.0x"; }, ""},
+      {"a tab before a reach whose station is no number",
+       [](Bed& bed) { bed.line(FileId::trs, 2) = "\tT0010    2l.700"; }, ""},
+      {"a tab before a reach whose station goes on",
+       [](Bed& bed) { bed.line(FileId::trs, 2) = "\tT0010   21.7000000001"; }, ""},
+      {"a tab before a reach with a word before its profile",
+       [](Bed& bed) {
+         bed.line(FileId::trs, 2) = "\tT0010    21.700" + std::string(30, ' ') + "ein langes Profil";
+       },
+       ""},
+      {"a tab before an area with a word behind it",
+       [](Bed& bed) { bed.line(FileId::nfl, 3) = "\tN0010  12.40 0.00x"; }, ""},
+      {"a tab before an area that lies too far left",
+       [](Bed& bed) { bed.line(FileId::nfl, 3) = "\tN0010 12.40 0.00"; }, ""},
+      {"a tab before an area without a number",
+       [](Bed& bed) { bed.line(FileId::nfl, 3) = "\tN0010   etwa 0.00"; }, ""},
+      {"a tab before a station with a remark",
+       [](Bed& bed) { bed.line(FileId::trs, 3) = "\t    18.250 neu"; }, ""},
+      {"a tab behind a word before a station", [](Bed& bed) { bed.line(FileId::trs, 3) = "km\t    18.250"; },
+       ""},
+      {"a tab before a unit with a remark", [](Bed& bed) { bed.line(FileId::nfl, 4) = "\t  ha  gerundet"; },
+       ""},
+      {"a tab before a unit where there are none", [](Bed& bed) { bed.line(FileId::ver, 1) = "\t  ha"; }, ""},
+      {"tabs before a name with a blank",
+       [](Bed& bed) { bed.line(FileId::sys, 5) = "\t\t\t\t   T0 10   N0010 K0010\t       V0010"; }, ""},
+      {"tabs before a word that is no inflow",
+       [](Bed& bed) { bed.line(FileId::sys, 5) = "\t\t\t\t   T0010   unten K0010\t       V0010"; }, ""},
+      {"tabs before a word that is no outflow",
+       [](Bed& bed) { bed.line(FileId::sys, 5) = "\t\t\t\t   T0010   N0010 K0010\t       unten"; }, ""},
+      {"tabs before a word between the fields",
+       [](Bed& bed) { bed.line(FileId::sys, 5) = "\t\t\t\t   T0010 x N0010 K0010\t       V0010"; }, ""},
+      {"a tab in a line without an element", [](Bed& bed) { bed.line(FileId::sys, 2) = "\tBezeichnung"; },
+       ""},
+      {"a comma behind letters", [](Bed& bed) { bed.put(FileId::nfl, 3, 11, "12,4a"); }, ""},
+      {"a number that begins before its columns",
+       [](Bed& bed) { bed.line(FileId::nfl, 3) = "   N0010 112,4"; }, ""},
+      {"a record that is in its columns only as bytes",
+       [](Bed& bed) { bed.line(FileId::trs, 2).replace(0, 3, "ü "); },
+       "trs:2: UTF-8 bleibt: die Zeile ist auf ihre Bytes ausgerichtet; in Windows-1252 stünde sie in "
+       "anderen "
+       "Spalten"},
       {"a character that the code page lacks",
        [](Bed& bed) { bed.line(FileId::sys, 1) = "Systemlogik der Łaba"; },
        "sys:1: UTF-8 bleibt: \"Ł\" gibt es in Windows-1252 nicht"},
@@ -196,6 +270,39 @@ TEST(Mend, TakesACommaForADecimalOneWhereAllAreasHaveCommas) {
   bed.put(FileId::nfl, 3, 11, "1,234 0,00");
   bed.put(FileId::nfl, 5, 11, "250,0 0,00");
   EXPECT_THAT(mended_bed(bed).bytes(FileId::nfl), HasSubstr("N0010  1.234 0.00"));
+}
+
+TEST(Mend, TakesACommaForADecimalOneWhereItCannotSetOffThousands) {
+  Bed bed;
+  bed.put(FileId::nfl, 3, 11, "0,234");
+  EXPECT_THAT(mended_bed(bed).bytes(FileId::nfl), HasSubstr("N0010  0.234 0.00"));
+  bed.put(FileId::nfl, 3, 11, " ,234");
+  EXPECT_THAT(mended_bed(bed).bytes(FileId::nfl), HasSubstr("N0010   .234 0.00"));
+  bed.put(FileId::nfl, 3, 11, "12,34");
+  EXPECT_THAT(mended_bed(bed).bytes(FileId::nfl), HasSubstr("N0010  12.34 0.00"));
+}
+
+TEST(Mend, KeepsTheSignOfANumber) {
+  Bed bed;
+  bed.put(FileId::ver, 2, 16, "+65,0");
+  EXPECT_THAT(mended_bed(bed).bytes(FileId::ver), HasSubstr("V0010     1 +65.0"));
+  bed.put(FileId::ver, 2, 16, "-65,0");
+  EXPECT_THAT(mended_bed(bed).bytes(FileId::ver), HasSubstr("V0010     1 -65.0"));
+}
+
+TEST(Mend, TakesARecordToWindows1252) {
+  Bed bed;
+  bed.line(FileId::trs, 2) += " an der Mühle";
+  Bed expected;
+  expected.line(FileId::trs, 2) += " an der M\xFChle";
+  EXPECT_EQ(mended_bed(bed).bytes(FileId::trs), expected.bytes(FileId::trs));
+}
+
+TEST(Mend, WorksWithoutASystem) {
+  Bed bed;
+  bed.line(FileId::nfl, 3) += "  ";
+  bed.remove(FileId::sys);
+  EXPECT_EQ(mended_bed(bed).bytes(FileId::nfl), Bed().bytes(FileId::nfl));
 }
 
 // Order.
@@ -243,13 +350,50 @@ TEST(Order, StaysWhereItIsNotClear) {
   EXPECT_THAT(left_of(loop),
               ElementsAre("sys:5: Die Reihenfolge bleibt, obwohl das Element vor einem Zulauf steht: "
                           "Elemente liegen in einem Kreis"));
-  Bed ends_inside;
-  move_line(ends_inside, 12, 11);  // the outlet before its gauge, behind which nothing may stand
-  ends_inside.line(FileId::sys, 12) = text_of(SystemLine{"P0010", {"T0040"}, {"T0050"}});
-  ends_inside.insert(FileId::sys, 13, text_of(SystemLine{"N0030", {}, {"T0010"}}));
-  for (const Bed& bed : {repeated, loop, ends_inside}) {
+  constexpr std::string_view behind_the_end =
+      "sys:3: Die Reihenfolge bleibt, obwohl das Element vor einem Zulauf steht: hinter dem Element mit ENDE "
+      "stünden weitere";
+  Bed goes_on;
+  move_line(goes_on, 5, 3);
+  goes_on.insert(FileId::sys, 13, text_of(SystemLine{"N0030", {}, {"T0010"}}));
+  EXPECT_THAT(left_of(goes_on), ElementsAre(behind_the_end));
+  Bed two_ends;
+  move_line(two_ends, 5, 3);
+  two_ends.insert(FileId::sys, 13, text_of(SystemLine{"N0030", {}, {"ENDE"}}));
+  EXPECT_THAT(left_of(two_ends), ElementsAre(behind_the_end));
+  for (const Bed& bed : {repeated, loop, goes_on, two_ends}) {
     EXPECT_EQ(mended_bed(bed).bytes(FileId::sys), bed.bytes(FileId::sys));
   }
+}
+
+TEST(Order, PassesOverLinesWithoutAnElement) {
+  Bed expected;
+  expected.insert(FileId::sys, 6, "* oberhalb der Teilung");
+  expected.insert(FileId::sys, 14, "* Stand 2024");
+  Bed bed = expected;
+  move_line(bed, 5, 3);
+  EXPECT_EQ(mended_bed(bed).bytes(FileId::sys), expected.bytes(FileId::sys));
+}
+
+TEST(Order, ANameThatBeginsLikeTheEndIsNone) {
+  Bed expected;
+  expected.line(FileId::sys, 12) = text_of(SystemLine{"T0050", {"P0010"}, {"ENDE1"}});
+  expected.insert(FileId::sys, 13, text_of(SystemLine{"N0030", {}, {"T0010"}}));
+  Bed bed = expected;
+  move_line(bed, 5, 3);
+  EXPECT_EQ(mended_bed(bed).bytes(FileId::sys), expected.bytes(FileId::sys));
+}
+
+// A record is searched for from the last one on: of two of one name the order decides which is found.
+TEST(Order, StaysWhereOtherValuesWouldBeRead) {
+  Bed bed;
+  move_line(bed, 10, 7);  // T0040 before T0020, T0030 and N0020
+  bed.insert(FileId::trs, 12, "   T0020    17.250");
+  bed.insert(FileId::trs, 13, "            12.900");
+  EXPECT_THAT(left_of(bed),
+              ElementsAre("sys:0: Die Reihenfolge bleibt: mit einer anderen läse KV_Akum andere "
+                          "Werte aus den Datendateien"));
+  EXPECT_EQ(mended_bed(bed).bytes(FileId::sys), bed.bytes(FileId::sys));
 }
 
 // Random networks.
@@ -391,8 +535,26 @@ TEST(Diff, ShowsAMovedLineAtBothPlaces) {
   EXPECT_THAT(diff, HasSubstr("\n+                                   T0010   N0010 K0010         V0010\n"));
 }
 
+TEST(Diff, ColoursWhatIsChanged) {
+  Bed bed;
+  bed.put(FileId::ver, 2, 16, " 65,0");
+  const variant::Variant variant = bed.variant();
+  const Mended mended = mend(variant);
+  std::string out;
+  append_diff(out, mended.files.at(static_cast<std::size_t>(FileId::ver)), variant.file(FileId::ver),
+              terminal_colours);
+  EXPECT_EQ(out,
+            "\x1B[1m--- netz.ver\n+++ netz.ver (gerichtet)\x1B[0m\n"
+            "\x1B[36m@@ -1,2 +1,2 @@\x1B[0m\n"
+            "    Name   Ken. Anteil\n"
+            "\x1B[31m-   V0010     1  65,0\x1B[0m\n"
+            "\x1B[32m+   V0010     1  65.0\x1B[0m\n");
+}
+
 TEST(Diff, IsEmptyWhereNothingCanBeSeen) {
   Bed bed;
+  bed.set_bytes(FileId::trs, joined(Bed().lines(FileId::trs), "\r\r\n"));
+  EXPECT_EQ(diff_of(bed, FileId::trs), "");
   bed.line(FileId::sys, 1) = "Systemlogik des Prüfnetzes";
   bed.line(FileId::nfl, 2) += "\r";
   EXPECT_EQ(diff_of(bed, FileId::sys), "");

@@ -76,6 +76,15 @@ TEST_F(Richten, KeepsAnOlderCopyOfSomethingElse) {
   EXPECT_EQ(bytes("rausel.nfl~"), bad_);
 }
 
+TEST_F(Richten, KeepsAnOlderCopyThatCannotBeRead) {
+  fs::create_directory(folder_.file("rausel.nfl~"));
+  const folder_state::State before = folder_state::of(folder_.path());
+  const child::Outcome refused = run({"rausel", "--schreiben"});
+  EXPECT_EQ(refused.exit_status, 3);
+  EXPECT_THAT(refused.err, HasSubstr("rausel.nfl~ gibt es schon, mit anderem Inhalt"));
+  EXPECT_EQ(folder_state::of(folder_.path()), before);
+}
+
 TEST_F(Richten, TakesACopyOfTheSameForItsOwn) {
   test_files::write_bytes(folder_.file("rausel.nfl~"), bad_);
   EXPECT_EQ(run({"rausel", "--schreiben"}).exit_status, 0);
@@ -104,6 +113,31 @@ TEST_F(Richten, TellsWhatItLeaves) {
   areas.replace(areas.find("12,40"), 5, "1,234");
   test_files::write_bytes(folder_.file("rausel.nfl"), areas);
   EXPECT_THAT(run({"rausel"}).out, HasSubstr("rausel.nfl:5: Hinweis: \"1,234\" bleibt: "));
+}
+
+// Two records of one reach: the order of the elements decides which one is read.
+TEST_F(Richten, TellsAnOrderThatItLeaves) {
+  const auto element = [](const std::string& name, const std::string& inflows, const std::string& outflow) {
+    std::string line(35, ' ');
+    line += name + "   " + inflows;
+    line.resize(63, ' ');
+    return line + outflow + "\n";
+  };
+  const auto reach = [](const std::string& name, const std::string& from, const std::string& to) {
+    std::string line = "   " + name + "     " + from;
+    line.resize(56, ' ');
+    return line + "Profil\n             " + to + "\n";
+  };
+  test_files::write_bytes(folder_.file("netz.sys"),
+                          element("T0001", "", "T0003") + element("T0003", "T0001 T0002", "T0004") +
+                              element("T0002", "", "T0003") + element("T0004", "T0003", "ENDE"));
+  test_files::write_bytes(folder_.file("netz.trs"),
+                          reach("T0001", "9.000", "8.000") + reach("T0002", "8.500", "8.000") +
+                              reach("T0003", "8.000", "7.000") + reach("T0002", "8.900", "8.200") +
+                              reach("T0004", "7.000", "6.000"));
+  EXPECT_THAT(run({"netz"}).out,
+              HasSubstr("netz.sys: Hinweis: Die Reihenfolge bleibt: mit einer anderen läse "
+                        "KV_Akum andere Werte aus den Datendateien\n"));
 }
 
 TEST_F(Richten, TellsAFileThatCannotBeRead) {
