@@ -20,6 +20,9 @@ using nlohmann::json;
 // With more elements the script writes the labels of those in view.
 constexpr std::size_t most_labels = 3000;
 
+// km²; what is less is written as 0.000.
+constexpr double least_shown = 0.0005;
+
 std::string km2(double area) {
   return std::isfinite(area) ? fmt::format("{:.3f}", area) : "–";
 }
@@ -160,8 +163,8 @@ data reach_changes_of(const Against& against) {
 std::string path_of(const Report& report, bool more) {
   std::string path;
   for (const plan::PlanLine& line : report.plan.lines) {
-    const std::optional<double>& difference = report.elements.at(line.from - 1).difference;
-    if (!difference || *difference == 0.0 || (*difference > 0.0) != more) continue;
+    const double difference = report.elements.at(line.from - 1).difference.value_or(0.0);
+    if (std::abs(difference) < least_shown || (difference > 0.0) != more) continue;
     char letter = 'M';
     for (const plan::Point& point : line.points) {
       path += fmt::format("{}{:.1f} {:.1f}", letter, point.x, point.y);
@@ -215,9 +218,10 @@ double rounded(double value, double steps) {
   return std::round(value * steps) / steps;
 }
 
+// A number beyond all others has no form in JSON and becomes null.
 json number(std::optional<double> value) {
   constexpr double steps = 1e6;
-  return value && std::isfinite(*value) ? json(rounded(*value, steps)) : json();
+  return value ? json(rounded(*value, steps)) : json();
 }
 
 json element_rows(const Report& report) {

@@ -43,8 +43,7 @@ Result find_result(const Variant& variant) {
         fmt::format("{} zählt nicht: {} ist jünger.", shown, *variant.surroundings.younger_input));
   }
   run::Table table = run::parse_table(run::read_file(variant.path.folder / (variant.path.name + ".Akum")));
-  std::string fault = run::fault_of_table(table, variant);
-  if (table.fault) fault = run::text_of(*table.fault, table.fault_line);
+  const std::string fault = run::fault_of_table(table, variant);
   if (!fault.empty()) return computed(fmt::format("{} zählt nicht: {}.", shown, fault));
   return {std::move(table), fmt::format("Die Flächen der Transportstrecken stammen aus {}.", shown)};
 }
@@ -83,8 +82,7 @@ std::vector<ElementEntry> entries_of(const plan::Facts& facts, const std::option
     // A table that counts has the reaches in system order.
     auto reach = table->reaches.begin();
     for (ElementEntry& entry : entries) {
-      if (entry.type != 'T' || reach == table->reaches.end()) continue;
-      take_over(entry, *reach++);
+      if (entry.type == 'T') take_over(entry, *reach++);
     }
   }
   for (ElementEntry& entry : entries) entry.sealing = plan::sealing_of(entry.areas);
@@ -138,7 +136,7 @@ SourceLine marked_line(const TextFile& file, const variant::Place& place) {
 std::vector<SourceLine> source_of(const TextFile& file, const variant::Place& place) {
   constexpr std::uint32_t around = 2;
   constexpr std::size_t longest = 200;
-  if (place.line == 0 || !file.was_read() || place.line > file.line_count()) return {};
+  if (place.line == 0 || place.line > file.line_count()) return {};
   std::vector<SourceLine> lines;
   const std::uint32_t first = place.line > around ? place.line - around : 1;
   const std::uint32_t last = std::min(place.line + around, file.line_count());
@@ -158,7 +156,7 @@ std::vector<SourceLine> source_of(const TextFile& file, const variant::Place& pl
 
 std::string place_words(const TextFile& file, const variant::Place& place) {
   if (place.line == 0) return file.shown();
-  const bool has_line = file.was_read() && place.line <= file.line_count();
+  const bool has_line = place.line <= file.line_count();
   const std::size_t column = has_line ? file.character_column(place.line, place.column) : place.column;
   return fmt::format("{}:{}:{}", file.shown(), place.line, column);
 }
