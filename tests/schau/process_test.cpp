@@ -1,3 +1,4 @@
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,9 +11,11 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "KV_Schau/run/process.h"
+#include "KV_Schau/run/process_host.h"
 #include "tests/test_files.h"
 
 namespace {
@@ -73,6 +76,23 @@ TEST_F(Process, TellsTheSignalThatEndedIt) {
   EXPECT_EQ(outcome.ending.kind, Ending::Kind::crashed);
   EXPECT_EQ(outcome.ending.signal, SIGSEGV);
   EXPECT_EQ(outcome.out, "vorher\n");
+}
+
+TEST_F(Process, NamesASignalAndItsMeaning) {
+  const std::vector<std::pair<int, std::string_view>> meanings = {
+      {SIGSEGV, "unzulässiger Speicherzugriff"},
+      {SIGBUS, "unzulässiger Speicherzugriff"},
+      {SIGABRT, "Abbruch durch das Programm selbst"},
+      {SIGFPE, "unzulässige Rechnung"},
+      {SIGILL, "unzulässiger Befehl"},
+      {SIGXCPU, "die zulässige Rechenzeit ist überschritten"},
+      {SIGKILL, "von außen beendet"},
+      {SIGTERM, "von außen beendet"},
+  };
+  for (const auto& [signal, meaning] : meanings) {
+    EXPECT_EQ(schau::run::host::shown_signal(signal), fmt::format("Signal {}: {}", signal, meaning));
+  }
+  EXPECT_EQ(schau::run::host::shown_signal(SIGUSR1), fmt::format("Signal {}", SIGUSR1));
 }
 
 TEST_F(Process, ThatCannotBeStartedSaysWhy) {

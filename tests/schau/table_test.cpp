@@ -158,6 +158,21 @@ TEST(Table, NamesTheLineOfItsFirstFault) {
       {heading + row + further_inflow + further_inflow + further_inflow, TableFault::inflow_without_reach,
        10},
   };
+  std::string bad_heading = heading;
+  bad_heading.replace(bad_heading.find("\n\n"), 2, "\n \n");
+  tables.push_back({bad_heading + row, TableFault::no_heading, 6});
+  bad_heading = heading;
+  bad_heading[bad_heading.size() - 5] = '=';
+  tables.push_back({bad_heading + row, TableFault::no_heading, 6});
+  for (const std::size_t last_digit : {15U, 32U, 42U, 54U, 64U, 76U, 86U, 99U}) {
+    for (const std::string_view bad : {"x", "-", ","}) {
+      std::string no_number = row;
+      no_number.replace(last_digit - 2, 1, bad);
+      tables.push_back({heading + row + no_number, TableFault::bad_number, 8});
+    }
+  }
+  tables.push_back({heading + std::string(5, ' ') + row.substr(5), TableFault::not_a_row, 7});
+  tables.push_back({heading + row + "x" + further_inflow.substr(1), TableFault::not_a_row, 8});
   for (const std::size_t column : {6U, 7U, 16U, 17U, 43U, 44U, 65U, 66U, 87U, 88U}) {
     std::string in_a_gap = row;
     in_a_gap[column - 1] = '1';
@@ -169,6 +184,16 @@ TEST(Table, NamesTheLineOfItsFirstFault) {
     EXPECT_EQ(*table.fault, broken.fault) << broken.bytes;
     EXPECT_EQ(table.fault_line, broken.line) << broken.bytes;
   }
+}
+
+TEST(Table, SaysWhatIsWrongWithIt) {
+  EXPECT_EQ(text_of(TableFault::no_heading, 6),
+            "Das Ergebnis beginnt nicht mit den Kopfzeilen der Ergebnistabelle");
+  EXPECT_EQ(text_of(TableFault::line_cut, 7), "Das Ergebnis bricht in Zeile 7 ab");
+  EXPECT_EQ(text_of(TableFault::not_a_row, 7), "Zeile 7 des Ergebnisses ist keine Zeile der Ergebnistabelle");
+  EXPECT_EQ(text_of(TableFault::bad_number, 7), "Zeile 7 des Ergebnisses enthält eine unlesbare Zahl");
+  EXPECT_EQ(text_of(TableFault::inflow_without_reach, 7),
+            "Zeile 7 des Ergebnisses nennt einen Zulauf, der zu keiner Strecke gehört");
 }
 
 TEST(Table, OfTheExampleIsRead) {
