@@ -215,7 +215,9 @@ class LineMatch {
     for (; !items.empty(); items = items.subspan(1)) {
       const Item& item = items.front();
       if (item.edit == runtime::Edit::text && item.width == 0 && item.argument) {
-        return match_text(items, place);
+        // A whole text stands at the end of its line.
+        add(item, rest(place));
+        return true;
       }
       const std::size_t end = end_of(item, place);
       if (!fits(item, place, end)) return false;
@@ -251,22 +253,6 @@ class LineMatch {
   [[nodiscard]] bool stands(std::string_view wanted, std::string_view field, std::size_t end) const {
     return wanted.starts_with(field) &&
            (ends_before(end) || without_blanks(wanted.substr(field.size())).empty());
-  }
-
-  // A whole text goes up to where the rest of the line fits.
-  bool match_text(std::span<const Item> items, std::size_t place) {
-    const std::string_view text = rest(place);
-    const std::size_t known = arguments_->size();
-    if (items.size() == 1) {
-      add(items.front(), text);
-      return true;
-    }
-    for (std::size_t length = 0; length <= text.size(); ++length) {
-      arguments_->resize(known);
-      add(items.front(), text.substr(0, length));
-      if (match(items.subspan(1), place + length)) return true;
-    }
-    return false;
   }
 
   void add(const Item& item, std::string_view text) {

@@ -88,6 +88,12 @@ TEST(ProtocolFindings, LieWhereTheirElementStands) {
   EXPECT_EQ(place_of("A03 " + std::string(in_table) +
                      "w.nfl\n    liegt ein Formatfehler vor bei .......... : N001\n"),
             (Place{.file = FileId::protocol, .line = 2}));
+  EXPECT_EQ(
+      place_of("A03 " + std::string(in_table) + "v.dat\n    liegt ein Formatfehler vor bei .......... : \n"),
+      (Place{.file = FileId::protocol, .line = 2}));
+  EXPECT_EQ(place_of("A03 " + std::string(in_table) +
+                     "v.sys\n    liegt ein Formatfehler vor bei .......... : K0010\n"),
+            (Place{FileId::sys, 3, 36, 5}));
 }
 
 TEST(ProtocolFindings, StandBySeverityAndElseAsTheProtocolHasThem) {
@@ -136,6 +142,16 @@ TEST(ProtocolFindings, AreGermanSentences) {
             "Der Katalog hat zur Meldung Y12 keinen Text; sie betrifft T0010");
   EXPECT_EQ(sentence("was\x1b[2J ist das\n"),
             "Das Protokoll enthält etwas, das der Katalog nicht kennt: was␛[2J ist das");
+}
+
+TEST(ProtocolFindings, SayWhenTheCatalogueHasNoText) {
+  const auto text_of = [](std::string_view line) {
+    return findings_in(line, small_variant()).findings.front().text;
+  };
+  EXPECT_EQ(text_of("mnn99-Kommentar bei  nicht definiert!\n"),
+            "Der Katalog hat zur Meldung mnn99 keinen Text");
+  EXPECT_EQ(text_of("Y12-Kommentar bei K0017 nicht definiert!\n"),
+            "Der Katalog hat zur Meldung Y12 keinen Text; sie betrifft K0017");
 }
 
 TEST(ProtocolFindings, SayWhenSomethingIsMissingFromThem) {

@@ -324,6 +324,43 @@ TEST(Protocol, MayHaveTheLineEndsOfAnotherSystem) {
   EXPECT_TRUE(read.complete);
 }
 
+TEST(Protocol, TakesOnlyNumbersForNumbers) {
+  const auto kind_of = [](const std::string& text) {
+    return parse_protocol(german("Prüfprotokoll: KARVOS\n" + text)).messages.front().kind;
+  };
+  const auto kind_with_real = [&](const std::string& field) {
+    return kind_of(
+        "E12 Die Ganglinie ........................... : g\n"
+        "    hat ein anderes Zeitintervall (min) ..... : " +
+        field + "\n    als die Berechnung (min) ................ :     2.500\n");
+  };
+  const auto kind_with_integer = [&](const std::string& field) {
+    return kind_of("Y00 Mit ..................................... : " + field +
+                   "\n    angesprochenen Systemelementen ist die \n"
+                   "    zulässige Anzahl beim Systemelement ..... : T0010\n    überschritten !\n");
+  };
+  for (const char* const number :
+       {"    1.500", "    -.500", "      NaN", "      Inf", " Infinity", "*********"})
+    EXPECT_EQ(kind_with_real(number), Message::Kind::entry) << number;
+  for (const char* const none :
+       {"    1,500", "    1.5.0", "   1x.500", "        .", "     1500", "         "})
+    EXPECT_EQ(kind_with_real(none), Message::Kind::unknown) << none;
+  for (const char* const number : {"    0", "   -7", "12345", "*****"})
+    EXPECT_EQ(kind_with_integer(number), Message::Kind::entry) << number;
+  for (const char* const none : {"  1.5", "   1x", "    -", "     "})
+    EXPECT_EQ(kind_with_integer(none), Message::Kind::unknown) << none;
+}
+
+TEST(Protocol, TakesOnlyWholeLinesForUndefinedCodes) {
+  for (const char* const line :
+       {"Y12-Kommentar bei K0017 nicht definiert", "Y12-Kommentar bei nicht definiert!",
+        "Y12-Kommentar zu K0017 nicht definiert!", "9-Kommentar bei K17 nicht definiert!"}) {
+    const Protocol read = parse_protocol(german("Prüfprotokoll: KARVOS\n") + line + "\n");
+    ASSERT_THAT(read.messages, SizeIs(1));
+    EXPECT_EQ(read.messages[0].kind, Message::Kind::unknown) << line;
+  }
+}
+
 TEST(Protocol, KeepsLinesThatNoEntryWrites) {
   const Protocol read =
       parse_protocol(german("Prüfprotokoll: KARVOS\n"
