@@ -131,6 +131,34 @@ TEST_F(Drawing, HandsTheConverterTheDrawing) {
   EXPECT_THAT(read_bytes(file("plan.PDF")), StartsWith("<svg"));
 }
 
+TEST_F(Drawing, TellsWhatCannotBeRead) {
+  for (const char* const command : {"plan", "bericht"}) {
+    const std::string target = command == std::string("plan") ? "x.svg" : "x.html";
+    const child::Outcome missing = run({command, "nichts", "-o", target});
+    EXPECT_EQ(missing.exit_status, 3) << command;
+    EXPECT_THAT(missing.err, HasSubstr("nichts.sys\" gibt es nicht"));
+    EXPECT_FALSE(fs::exists(file(target)));
+  }
+  EXPECT_EQ(run({"bericht", "rausel", "-o", "x.html", "--gegen", "nichts"}).exit_status, 3);
+  write_bytes(file("alt.sys"), read_bytes(file("rausel.sys")));
+  fs::create_directory(file("alt.trs"));
+  const child::Outcome older = run({"bericht", "rausel", "-o", "x.html", "--gegen", "alt"});
+  EXPECT_EQ(older.exit_status, 3);
+  EXPECT_THAT(older.err, HasSubstr("alt.trs ist nicht lesbar: "));
+  fs::remove(file("rausel.trs"));
+  fs::create_directory(file("rausel.trs"));
+  const child::Outcome reaches = run({"bericht", "rausel", "-o", "x.html"});
+  EXPECT_EQ(reaches.exit_status, 3);
+  EXPECT_THAT(reaches.err, HasSubstr("rausel.trs ist nicht lesbar: "));
+  fs::remove(file("rausel.sys"));
+  fs::create_directory(file("rausel.sys"));
+  const child::Outcome system = run({"plan", "rausel", "-o", "x.svg"});
+  EXPECT_EQ(system.exit_status, 3);
+  EXPECT_THAT(system.err, HasSubstr("rausel.sys ist nicht lesbar: "));
+  EXPECT_FALSE(fs::exists(file("x.svg")));
+  EXPECT_FALSE(fs::exists(file("x.html")));
+}
+
 TEST_F(Drawing, NamesAFolderThatIsMissing) {
   for (const char* name : {"fehlt/plan.svg", "fehlt/plan.png"}) {
     const child::Outcome outcome = run_with_converter("exit 0\n", {"plan", "rausel", "-o", name});

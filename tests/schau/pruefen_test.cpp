@@ -151,6 +151,22 @@ TEST(Pruefen, ShowsNoMoreThanAskedFor) {
   EXPECT_EQ(outcome.exit_status, 2);
 }
 
+TEST(Pruefen, ShowsMoreThanFitsIntoOnePiece) {
+  const Folder folder("rausel");
+  constexpr int lines = 20'000;
+  std::string areas = "          qkm\n";
+  for (int i = 0; i < lines; ++i) areas += "   N0010  12,40 0.00\n";
+  test_files::write_bytes(folder.path() / "rausel.nfl", areas);
+  const std::string out = check(folder, {"rausel", "--hoechstens", "1000000"}).out;
+  EXPECT_GT(out.size(), 2'000'000U);
+  int shown = 0;
+  for (std::size_t at = out.find("[dezimalkomma]"); at != std::string::npos;
+       at = out.find("[dezimalkomma]", at + 1)) {
+    ++shown;
+  }
+  EXPECT_EQ(shown, lines);
+}
+
 TEST(Pruefen, ListsItsRules) {
   const Folder folder("rausel");
   const child::Outcome outcome = check(folder, {"--regeln"});
@@ -237,6 +253,7 @@ TEST(Usage, IsToldInGerman) {
   };
   constexpr std::string_view help = "Hilfe: KV_Schau pruefen --help\n";
   EXPECT_EQ(error({"pruefen"}), "KV_Schau: Es fehlt: VARIANTE.\n" + std::string(help));
+  EXPECT_EQ(error({}), "KV_Schau: Es fehlt ein Befehl.\nHilfe: KV_Schau --help\n");
   EXPECT_EQ(error({"pruefen", "--foo", "rausel"}),
             "KV_Schau: Unbekannte Angabe: --foo.\n" + std::string(help));
   EXPECT_EQ(error({"pruefen", "rausel", "--ohne"}),
@@ -246,8 +263,7 @@ TEST(Usage, IsToldInGerman) {
   EXPECT_EQ(
       error({"pruefen", "rausel", "--ohne", "dezimalpunkt"}),
       "KV_Schau: Eine Regel \"dezimalpunkt\" gibt es nicht; --regeln nennt alle.\n" + std::string(help));
-  for (const std::vector<std::string>& arguments :
-       {std::vector<std::string>{"--help"}, std::vector<std::string>{"pruefen", "-h"}}) {
+  for (const std::vector<std::string>& arguments : {std::vector<std::string>{"--help"}, {"pruefen", "-h"}}) {
     const child::Outcome outcome = run(arguments);
     EXPECT_EQ(outcome.exit_status, 0);
     EXPECT_THAT(outcome.err, IsEmpty());
@@ -255,6 +271,14 @@ TEST(Usage, IsToldInGerman) {
                 AllOf(HasSubstr("Aufruf: KV_Schau"), Not(HasSubstr("Usage")), Not(HasSubstr("Options:")),
                       Not(HasSubstr("REQUIRED")), HasSubstr("Exit-Status")));
   }
+}
+
+TEST(Usage, HelpOfTheProgramHasSeveralNames) {
+  const Folder folder("rausel");
+  const std::string help = program::run({"--help"}, folder.path()).out;
+  EXPECT_THAT(help, HasSubstr("Befehle"));
+  EXPECT_EQ(program::run({"-h"}, folder.path()).out, help);
+  EXPECT_EQ(program::run({"--hilfe"}, folder.path()).out, help);
 }
 
 TEST(Usage, TellsTheVersion) {
