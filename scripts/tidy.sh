@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# clang-tidy over the sources that changed since the commit that scripts/tidy-clean-at names: themselves, or a
-# header that they include. When no such commit is in the history, or a .clang-tidy changed since: over what the last
-# commit on the first-parent history changed, and it says so.
+# clang-tidy over the sources that changed since the commit that scripts/tidy-clean-at names, and over two that
+# include each header that changed: a header that all include would take all of them. When no such commit is in the
+# history, or a .clang-tidy changed since: over what the last commit on the first-parent history changed, and it
+# says so.
 #   scripts/tidy.sh          what changed
 #   scripts/tidy.sh --all    all; clean, with everything committed, the commit is written to scripts/tidy-clean-at
 # The preset asan must have been built: its compiler is of the same family, and ninja has recorded the headers of
@@ -28,12 +29,16 @@ compiled_sources() {
 
 # Each source and file of the project that it includes, itself too, one pair a line with a tab between them.
 # Headers are included through the links that show a room to those that may use it; a precompiled header, which the
-# build itself writes, stands before the source.
+# build itself writes, may stand before the source.
 recorded_includes() {
   ninja -C "$build" -t deps |
-    sed -e 's|^\( *\).*/rooms/[^/]*/|\1|' -e "s|^\( *\)$PWD/|\1|" -e 's|^\( *\)\.\./\.\./|\1|' |
-    awk -v build="$build" '/^[^ ].*: #deps/ { source = ""; next }
-         /^ / { sub(/^ +/, ""); if (/^\// || index($0, build "/") == 1) next; if (source == "") source = $0; print source "\t" $0 }'
+    sed -e 's|^\( *\)\(.*/\)\{0,1\}rooms/[^/]*/|\1|' -e "s|^\( *\)$PWD/|\1|" -e 's|^\( *\)\.\./\.\./|\1|' |
+    awk -v build="$build" 'function tell() { for (i = 1; i <= n; ++i) if (source != "") print source "\t" files[i] }
+         /^[^ ].*: #deps/ { tell(); source = ""; n = 0; next }
+         /^ / { sub(/^ +/, ""); if (/^\// || index($0, build "/") == 1) next
+                if (source == "" && /\.cpp$/) source = $0
+                files[++n] = $0 }
+         END { tell() }'
 }
 
 known_clean() {
@@ -51,7 +56,8 @@ changed_sources() {
     git ls-files --others --exclude-standard
   } | sort -u >"$work/changed"
   recorded_includes >"$work/includes"
-  awk -F '\t' 'NR == FNR { changed[$0]; next } $2 in changed { print $1 }' "$work/changed" "$work/includes"
+  awk -F '\t' 'NR == FNR { changed[$0]; next }
+    $1 in changed || ($2 in changed && seen[$2]++ < 2) { print $1 }' "$work/changed" "$work/includes"
   # A source that ninja knows nothing about yet may be anything.
   compiled_sources | awk -F '\t' 'NR == FNR { known[$1]; next } !($0 in known)' "$work/includes" -
 }

@@ -112,7 +112,7 @@ class Sorter {
     is_met_[element] = true;
     if (elements_[element].missing > 0) return;
     place(element, false);
-    for (std::size_t k = 0; k < waited_.size(); ++k) place(waited_[k], true);
+    for (std::size_t next = 0; next < waited_.size();) place(waited_[next++], true);
     waited_.clear();
   }
 
