@@ -77,7 +77,6 @@ std::int32_t AllocateSystemTables() {
 
 void reset() {
   filled_tables = SystemLogic();
-  forget_element_names();
 }
 
 }  // namespace m_System

@@ -33,7 +33,6 @@ Connections standard_units() {
   Connections units(standard_output_unit + 1);
   units[5] = standard_stream(standard_input_handle);
   units[standard_output_unit] = standard_stream(standard_output_handle);
-  units[standard_output_unit]->writing = true;
   units[standard_output_unit]->output.line_end = host().line_end();
   return units;
 }

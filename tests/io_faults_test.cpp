@@ -340,6 +340,15 @@ TEST_F(IoFaults, StandardOutputIsClosed) {
   expect_whole("code.pkl");
 }
 
+TEST_F(IoFaults, StandardOutputGoesOnInAFile) {
+  write_bytes(file("notices"), "of an earlier run\n");
+  expect_run(run("var1", [&] { redirect(STDOUT_FILENO, file("notices").c_str(), O_WRONLY | O_APPEND); }), "",
+             "");
+  expect_run(run("var1", [&] { redirect(STDOUT_FILENO, file("notices").c_str(), O_RDWR | O_APPEND); }), "",
+             "");
+  EXPECT_EQ(read_bytes(file("notices")), "of an earlier run\n" + closing("var1") + closing("var1"));
+}
+
 void write_to_nobody(int descriptor) {
   std::array<int, 2> ends{};
   if (pipe(ends.data()) != 0) _exit(126);

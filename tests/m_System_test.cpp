@@ -251,6 +251,15 @@ TEST_F(SystemTest, CountsTheTypes) {
   for (const char letter : {'A', 'n', ' ', '\0', '\xFF'}) EXPECT_EQ(system_logic.count(letter), 0);
 }
 
+TEST_F(SystemTest, CountsTheTypesOfEachFileAnew) {
+  read(sys_lines(small_network));
+  const std::int32_t reaches = system_logic.count('T');
+  EXPECT_GT(reaches, 0);
+  runtime::close_all();
+  read(sys_lines(small_network));
+  EXPECT_EQ(system_logic.count('T'), reaches);
+}
+
 TEST_F(SystemTest, AFileWithoutElementLines) {
   read({"Systemlogik", "", "   kein Element"});
   EXPECT_EQ(system_logic.element_count, 0);

@@ -587,6 +587,17 @@ TEST_F(Units, ARewoundUnitLosesWhatItWroteBefore) {
   EXPECT_EQ(read_bytes(file("new")), "new\n");
 }
 
+TEST_F(Units, ARecordThatIsOpenEndsWhenItIsReadBack) {
+  runtime::open(test_unit, file("new"), OpenStatus::fresh);
+  runtime::write_text(test_unit, "open");
+  runtime::rewind(test_unit);
+  EXPECT_EQ(read_bytes(file("new")), "open\n");
+  EXPECT_EQ(next_record(), "open");
+  runtime::write<"(a)">(test_unit, "next");
+  runtime::close(test_unit);
+  EXPECT_EQ(read_bytes(file("new")), "open\nnext\n");
+}
+
 TEST_F(Units, FlushHandsOverWhatIsWritten) {
   runtime::open(test_unit, file("new"), OpenStatus::fresh);
   runtime::write<"(a)">(test_unit, "a");
