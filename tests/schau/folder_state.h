@@ -13,11 +13,16 @@ namespace folder_state {
 /// The bytes of every file by its name in the folder; a folder has "(Ordner)".
 using State = std::map<std::string, std::string>;
 
-inline State of(const std::filesystem::path& folder) {
+/// What begins with `left_out` is not looked at.
+inline State of(const std::filesystem::path& folder, const std::string& left_out = "/") {
   State state;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-    const std::string name = entry.path().lexically_relative(folder).generic_string();
-    state[name] = entry.is_directory() ? "(Ordner)" : test_files::read_bytes(entry.path());
+  for (auto at = std::filesystem::recursive_directory_iterator(folder); at != end(at); ++at) {
+    const std::string name = at->path().lexically_relative(folder).generic_string();
+    if (name.starts_with(left_out)) {
+      at.disable_recursion_pending();
+    } else {
+      state[name] = at->is_directory() ? "(Ordner)" : test_files::read_bytes(at->path());
+    }
   }
   return state;
 }
