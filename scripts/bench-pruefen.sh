@@ -13,7 +13,7 @@ cmake --preset release -DKV_TESTS=ON >&2
 cmake --build --preset release --target KV_Akum KV_Schau kv_generate >&2
 bin=$PWD/build/release/bin
 
-work=$(mktemp -d "${TMPDIR:-/tmp}/kv_pruefen.XXXXXX")
+work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 printf '| elements | companion files | KV_Akum ms | pruefen ms | ratio of medians |\n|---:|---|---:|---:|---:|\n'

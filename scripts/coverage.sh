@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs all tests with counters and prints the lines and branches of every room that they reach, then what they
+# Runs the tests with counters and prints the lines and branches of every room that they reach, then what they
 # do not reach. Fails when a room of KV_Akum is below 98 % of its lines or 95 % of its branches. Branches that
 # only an exception takes do not count.
 #   scripts/coverage.sh            builds and runs in build/coverage

@@ -20,7 +20,7 @@ readable_records() {
   to_utf8 | tr -d '\001\r' | sed -e 's/\x02/ = /g' -e 's/\x03/\n/g'
 }
 
-folder=$(mktemp -d "${TMPDIR:-/tmp}/kv_akum.XXXXXX")
+folder=$(mktemp -d)
 cp "examples/$variant".* "$folder"
 cd "$folder"
 

@@ -27,7 +27,7 @@ cmake --build --preset asan --target fuzzers
 
 findings=build/asan/findings
 mkdir -p "$findings"
-work=$(mktemp -d "${TMPDIR:-/tmp}/kv_fuzz.XXXXXX")
+work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 touch "$work/start"
 

@@ -18,7 +18,7 @@ cmake --preset release -DKV_TESTS=ON >&2
 cmake --build --preset release --target KV_Akum kv_generate >&2
 program=$PWD/build/release/bin/KV_Akum
 
-work=$(mktemp -d "${TMPDIR:-/tmp}/kv_kill.XXXXXX")
+work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/run" "$work/right"
 build/release/bin/kv_generate --elements "$elements" "$work/run/v"

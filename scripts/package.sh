@@ -30,7 +30,7 @@ dpkg-deb --contents "$package"
 as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(sudo -n)
 version=$(dpkg-deb --field "$package" Version)
-work=$(mktemp -d "${TMPDIR:-/tmp}/kv_package.XXXXXX")
+work=$(mktemp -d)
 clean() {
   "${as_root[@]}" dpkg --remove kv-akum >/dev/null 2>&1 || true
   rm -rf "$work"

@@ -14,7 +14,7 @@ cmake --build --preset release --target KV_Akum kv_generate >&2
 program=$PWD/build/release/bin/KV_Akum
 generator=$PWD/build/release/bin/kv_generate
 
-work=$(mktemp -d "${TMPDIR:-/tmp}/kv_size.XXXXXX")
+work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/run"
 cd "$work/run"

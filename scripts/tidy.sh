@@ -72,7 +72,7 @@ tidy() {
 }
 export -f tidy
 
-work=$(mktemp -d "${TMPDIR:-/tmp}/kv_tidy.XXXXXX")
+work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 compiled_sources >"$work/all"

@@ -9,7 +9,7 @@ build=$PWD/build/valgrind
 cmake --preset release -B "$build" >&2
 cmake --build "$build" --target KV_Akum >&2
 
-work=$(mktemp -d "${TMPDIR:-/tmp}/kv_valgrind.XXXXXX")
+work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 # Runs one variant; its report stays when there is something in it.

@@ -84,7 +84,7 @@ TEST_F(Accept, LeavesTheTextOfStandardErrorFree) {
   expect_original();
 }
 
-TEST_F(Accept, HasNothingToDoWithoutADifference) {
+TEST_F(Accept, ChangesNothingWithoutADifference) {
   take("all_element_types");
   const child::Outcome outcome = accept("--yes");
   EXPECT_EQ(outcome.exit_status, EXIT_SUCCESS);

@@ -120,7 +120,7 @@ TEST_F(ChecksTest, Y02InvalidInflowName) {
   EXPECT_EQ(protocol_lines().at(0), "Y02 Die Kennung des Zulaufelements .......... : x1");
   EXPECT_EQ(protocol_lines().at(4), "Y02 Die Kennung des Zulaufelements .......... : 1");
   // Only the first character counts, and it may be blank.
-  EXPECT_THAT(codes_of({"N9", {" xxx"}, {"T2"}}), ElementsAre("Y05"));
+  EXPECT_THAT(codes_of({"N9", {" ooo"}, {"T2"}}), ElementsAre("Y05"));
 }
 
 TEST_F(ChecksTest, Y03InvalidOutflowName) {
@@ -391,7 +391,7 @@ TEST_F(DuplicateTest, TheNameStandsInColumns4To8) {
                              columns_line({{4, "K1 x"}, {11, "1."}})}),
             0);
   EXPECT_EQ(system_logic.data_seen.at(1), 0);
-  check_file('K', {columns_line({{1, "xxxK1   yy1.5"}})});
+  check_file('K', {columns_line({{1, "oooK1   yy1.5"}})});
   EXPECT_EQ(system_logic.data_seen.at(1), 1);
   EXPECT_EQ(system_logic.data_seen.at(2), 0);
 }

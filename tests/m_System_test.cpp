@@ -181,7 +181,7 @@ TEST_F(SystemTest, WithoutMemoryNothingIsCounted) {
 // The reader.
 
 TEST_F(SystemTest, StoresTheColumnsOfAnElementLine) {
-  read({columns_line({{1, "xxx"},
+  read({columns_line({{1, "ooo"},
                       {4, "BW1"},
                       {7, "y"},
                       {8, "V-01234"},
@@ -366,7 +366,7 @@ TEST_F(SystemTest, AGapBeforeALaterInflowIsNoElementLine) {
   EXPECT_EQ(elements({{44, "N0010"}, {50, "N0020"}}), 1);
   EXPECT_EQ(elements({{44, "N0010"}, {50, "N0020"}, {56, "N0030"}}), 1);
   // The spans end before the outflows, and those have none behind them.
-  EXPECT_EQ(elements({{61, "xxx"}, {64, "T0020"}}), 1);
+  EXPECT_EQ(elements({{61, "ooo"}, {64, "T0020"}}), 1);
   EXPECT_EQ(elements({{70, "T0020"}}), 1);
   // The blanks between the inflows belong to the spans.
   EXPECT_EQ(elements({{49, "x"}}), 0);

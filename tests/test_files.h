@@ -23,7 +23,7 @@ inline std::filesystem::path fast_folder() {
 class TemporaryFolder {
  public:
   explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
-    std::string pattern = (parent / "kv-XXXXXX").string();
+    std::string pattern = (parent / "kv-").string() + std::string(6, 'X');
     if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("cannot create " + pattern);
     path_ = pattern;
   }

@@ -9,7 +9,7 @@ book=$(realpath "$1")
 examples=$(realpath "$2")
 shift 2
 
-folder=$(mktemp -d "${TMPDIR:-/tmp}/kv_books.XXXXXX")
+folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 mkdir -p "$folder/build/release/bin" "$folder/varianten/bestand" "$folder/varianten/planung"
 for program in "$@"; do ln -s "$(realpath "$program")" "$folder/build/release/bin"; done

@@ -5,7 +5,7 @@ set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 build=$(cd "${1:?usage: try.sh BUILD}" && pwd)
 
-work=$(mktemp -d "${TMPDIR:-/tmp}/kv_consumer.XXXXXX")
+work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 cmake --install "$build" --component development --prefix "$work/installed" >"$work/log"

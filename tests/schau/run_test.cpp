@@ -280,7 +280,7 @@ TEST_F(RunOverOldFiles, GetsTheSuppressionListOfTheVariantsFolder) {
 
 TEST_F(RunOverOldFiles, SaysWhenAFaultyVariantWasComputed) {
   replace_in("rausel.nfl", "N0030", "N9930");
-  write("fehlercode.ex", "xxx\n");
+  write("fehlercode.ex", "ooo\n");
   stand_in("\"$KV_AKUM\" \"$1\" > /dev/null; cat ../gerechnet > \"$1.Akum\"");
   write("gerechnet", read_bytes(examples / "expected" / "rausel.Akum"));
   const Outcome outcome = run();

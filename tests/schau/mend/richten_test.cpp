@@ -101,7 +101,7 @@ TEST_F(Richten, WritesAllFilesOrNone) {
   EXPECT_EQ(folder_state::of(folder_.path()), before);
 }
 
-TEST_F(Richten, HasNothingToDoWithAGoodVariant) {
+TEST_F(Richten, ChangesNothingInAGoodVariant) {
   test_files::write_bytes(folder_.file("rausel.nfl"), good_);
   const child::Outcome outcome = run({"rausel"});
   EXPECT_EQ(outcome.out, "rausel: nichts zu richten\n");
