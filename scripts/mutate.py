@@ -4,7 +4,7 @@
 Called by scripts/mutate.sh. A mutant is one line of a source with one change. Each is built in a copy of the
 tree, with the rooms as shared libraries so that nothing but the room is linked again, and the test programs
 run, those nearest to the room first, up to the first one that fails. The log has a line a mutant; a run goes
-on where the last one with the same log ended.
+on where the last one with the same log ended, and what it has of lines that are no longer there is not counted.
 """
 
 import argparse
@@ -315,7 +315,10 @@ def main():
                      line_of(mutant) not in equivalent]
         run(options, root, drawn, entries, log_path)
         entries = read_log(log_path)
-    report(entries.values(), equivalent)
+    present = {key_of(mutant): mutant for mutant in all_mutants(root)}
+    report([{**entry, 'line': present[key]['line']} for key, entry in entries.items() if key in present], equivalent)
+    for line in sorted(equivalent - {line_of(mutant) for mutant in present.values()}):
+        print(f'\nlisted as without effect, but no longer there: {line}')
 
 
 def run(options, root, drawn, entries, log_path):

@@ -107,6 +107,11 @@ TEST(NameIndex, NamesChosenToCollideCostNoMoreThanOthers) {
   EXPECT_LT(time_for(colliding), 4 * time_for(others));
 }
 
+TEST(NameIndex, OfNoElementsKnowsNoName) {
+  const SystemLogic logic;
+  EXPECT_EQ(m_System::first_of_name(m_System::index_names(logic), ElementName("N0001")), 0);
+}
+
 TEST(NameIndex, NobodyKnowsTheWeights) {
   const SystemLogic logic = network_of(other_names(1000));
   EXPECT_NE(m_System::index_names(logic).weight, m_System::index_names(logic).weight);

@@ -54,6 +54,14 @@ class StartUpTest : public testing::Test {
   std::vector<const char*> pointers_;
 };
 
+TEST_F(StartUpTest, StartsWithoutNames) {
+  names_of({"A", "B"});
+  KV_Akum::reset();
+  EXPECT_EQ(variant_list.VariantCount, 0);
+  EXPECT_EQ(variant_list.VariantNames.at(1).trimmed(), "");
+  EXPECT_EQ(variant_list.VariantNameLengths.at(2), 0);
+}
+
 TEST_F(StartUpTest, KeepsEveryWordOfTheCommandLine) {
   EXPECT_THAT(names_of({"A", "B"}), ElementsAre("A", "B"));
   EXPECT_THAT(names_of({"A B"}), ElementsAre("A", "B"));
