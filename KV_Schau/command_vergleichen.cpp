@@ -77,8 +77,8 @@ void warn_of_errors(const variant::Variant& variant) {
   const std::size_t errors = findings::count(rules::check(variant).findings).errors;
   if (errors == 0) return;
   write_error(fmt::format(
-      "{}: Warnung: {}; verglichen wird, was die Dateien ergäben. Näheres: KV_Schau pruefen {}",
-      variant.path.shown, errors == 1 ? "1 Fehler" : fmt::format("{} Fehler", errors), variant.path.shown));
+      "{}: Warnung: {} Fehler; verglichen wird, was die Dateien ergäben. Näheres: KV_Schau pruefen {}",
+      variant.path.shown, errors, variant.path.shown));
 }
 
 // Nothing of a file that cannot be read may pass for a difference.

@@ -73,6 +73,22 @@ TEST(Text, OfAFileAsAWholeHasNoLine) {
             "      = Rat\n");
 }
 
+TEST(Text, OfALineThatWasNotReadShowsNoSource) {
+  EXPECT_EQ(text_of_finding(Bed(), {&remark, {FileId::protocol, 5}, "Text", ""}),
+            "netz.pkl:5:1: Hinweis: Text [bemerkung]\n");
+  EXPECT_EQ(text_of_finding(Bed(), {&remark, {FileId::protocol, 5}, "Text", "Rat"}),
+            "netz.pkl:5:1: Hinweis: Text [bemerkung]\n"
+            "      = Rat\n");
+}
+
+TEST(Text, OfAFileInUtf16ShowsNoSource) {
+  Bed bed;
+  bed.set_bytes(FileId::nfl, std::string("\xFF\xFEN\0a\0", 6));
+  EXPECT_EQ(text_of_finding(bed, {&remark, {FileId::nfl, 1}, "Text", "Rat"}),
+            "netz.nfl:1:1: Hinweis: Text [bemerkung]\n"
+            "      = Rat\n");
+}
+
 TEST(Text, MakesRoomForLongLineNumbers) {
   Bed bed;
   bed.lines(FileId::nfl).resize(1234567, "x");
@@ -137,6 +153,12 @@ TEST(Json, IsWellFormedWhateverStandsInTheFile) {
   const nlohmann::ordered_json whole = to_json(bed.variant(), {&remark, {FileId::result, 0}, "Text", ""});
   EXPECT_EQ(whole.at("zeile"), 0);
   EXPECT_FALSE(whole.contains("spalte"));
+}
+
+TEST(Json, OfALineThatWasNotReadHoldsNoSource) {
+  const nlohmann::ordered_json json = to_json(Bed().variant(), {&remark, {FileId::protocol, 5}, "Text", ""});
+  EXPECT_EQ(json.at("zeile"), 5);
+  EXPECT_FALSE(json.contains("quelle"));
 }
 
 }  // namespace

@@ -94,6 +94,7 @@ TEST_F(Rechnen, RefusesWrongUsage) {
   for (const std::vector<std::string>& arguments : {std::vector<std::string>{"rechnen"},
                                                     {"rechnen", "rausel", "--gibt-es-nicht"},
                                                     {"rechnen", "rausel", "-j", "0"},
+                                                    {"rechnen", "rausel", "-j", "1001"},
                                                     {"rechnen", "rausel", "-j", "viele"},
                                                     {"rechnen", "rausel", "--frist", "-1"},
                                                     {"rechnen", "rausel", "--hoechstens", "-3"},

@@ -91,7 +91,10 @@ TEST_F(Vergleichen, ShowsTwentyOfEachKindUnlessAllAreWanted) {
 
 TEST_F(Vergleichen, WarnsOfVariantsThatARunWouldRefuse) {
   replace("neu.sys", "P0010   T0010", "P0010   T0099");
-  EXPECT_THAT(run({"alt", "neu"}).err, HasSubstr("neu: Warnung: "));
+  EXPECT_EQ(
+      run({"alt", "neu"}).err,
+      "neu: Warnung: 3 Fehler; verglichen wird, was die Dateien ergäben. Näheres: KV_Schau pruefen neu\n");
+  EXPECT_EQ(run({"ein Name", "neu"}).exit_status, 64);
 }
 
 TEST_F(Vergleichen, TellsFilesThatAreMissingOrBroken) {

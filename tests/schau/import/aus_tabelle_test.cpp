@@ -52,6 +52,26 @@ TEST_F(AusTabelle, TellsWhatItReadAndWrote) {
   EXPECT_EQ(program::run({"pruefen", "neu"}, folder_.path()).exit_status, 0);
 }
 
+TEST_F(AusTabelle, TellsOutletsThatItJoined) {
+  test_files::write_bytes(folder_.file("auslaesse.csv"), "id,nach,flaeche_km2\na,,1\nb,,2\nc,,3\nd,,4.5\n");
+  const child::Outcome outcome = run({"auslaesse.csv", "-o", "neu", "--auslass"});
+  EXPECT_EQ(outcome.out,
+            "neu: 10 Elemente aus 4 Zeilen: 4 Transportstrecken (T), 4 natürliche Flächen (N), 2 Pegel (P)\n"
+            "  gelesen: auslaesse.csv, Trennzeichen Komma, Dezimalpunkt\n"
+            "  1 Pegel zwischengesetzt, wo mehr als drei Elemente zufließen\n"
+            "  4 Auslässe im Pegel P0002 zusammengeführt\n"
+            "  Fläche: 10.500 km², in den Dateien 10.500 km²\n"
+            "  geschrieben: neu.sys, neu.nfl, neu.trs, neu.namen.csv\n");
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(outcome.exit_status, 0);
+}
+
+TEST_F(AusTabelle, TellsTheSeparatorAndTheDecimalMark) {
+  test_files::write_bytes(folder_.file("netz.csv"), "id\tnach\tflaeche_km2\na\t\t1,5\n");
+  EXPECT_THAT(run({"netz.csv", "-o", "neu"}).out,
+              HasSubstr("  gelesen: netz.csv, Trennzeichen Tabulator, Dezimalkomma\n"));
+}
+
 TEST_F(AusTabelle, OverwritesOnlyWhenAsked) {
   test_files::write_bytes(folder_.file("neu.nfl"), "alt");
   const folder_state::State before = folder_state::of(folder_.path());

@@ -207,6 +207,33 @@ TEST(Table, CanJoinSeveralOutlets) {
                                                    "P0002 T0003 T0004 P0001 > - -\n"));
 }
 
+TEST(Table, ListsTenOfManyOutlets) {
+  std::string text = "id,nach,flaeche_km2\n";
+  for (int i = 1; i <= 11; ++i) text += fmt::format("a{},,1\n", i);
+  const Import refused = import_of(text);
+  ASSERT_EQ(refused.table.faults.size(), 1U);
+  EXPECT_EQ(
+      refused.table.faults[0].text,
+      "11 Auslässe (nach ist leer): a1 (Zeile 2), a2 (Zeile 3), a3 (Zeile 4), a4 (Zeile 5), a5 (Zeile 6), "
+      "a6 (Zeile 7), a7 (Zeile 8), a8 (Zeile 9), a9 (Zeile 10), a10 (Zeile 11), ...; ein Netz hat einen, "
+      "oder --auslass führt sie zusammen");
+}
+
+// Four columns hold 10,000 names of digits, and 1,679,616 of digits and capital letters.
+TEST(Table, NamesMoreThanTenThousandElementsWithLettersToo) {
+  std::string text = "id,nach,flaeche_km2\nr1,,0\n";
+  for (int i = 2; i <= 10'000; ++i) text += fmt::format("r{},r{},0\n", i, i - 1);
+  const Import import = import_of(text);
+  ASSERT_TRUE(import.was_taken());
+  const std::string elements = lines_of_elements(import);
+  EXPECT_TRUE(elements.starts_with("E07PS - - - > T07PS -\nT07PS E07PS - - > T07PR -\n"));
+  EXPECT_TRUE(elements.ends_with("T0001 T0002 - - > - -\n"));
+}
+
+TEST(Table, TakesAPlusBeforeANumber) {
+  EXPECT_DOUBLE_EQ(import_of("id,nach,flaeche_km2\na,,+1.5\n").text.area, 1.5);
+}
+
 TEST(Table, WritesTheLinesOfTheFiles) {
   const Import import = import_of(
       "\xEF\xBB\xBF"
@@ -326,6 +353,15 @@ TEST(Table, ListsEveryLoopOnce) {
   std::vector<std::string> loops;
   for (const Fault& fault : import.table.faults) loops.push_back(fault.text);
   EXPECT_THAT(loops, ElementsAre("Kreis: a → b → a", "Kreis: x → y → z → x"));
+}
+
+TEST(Table, ListsTwelveRowsOfALongLoop) {
+  std::string text = "id,nach,flaeche_km2\nm,,1\n";
+  for (int i = 1; i <= 14; ++i) text += fmt::format("a{},a{},1\n", i, i % 14 + 1);
+  const Import import = import_of(text);
+  ASSERT_EQ(import.table.faults.size(), 1U);
+  EXPECT_EQ(import.table.faults[0].text,
+            "Kreis: a1 → a2 → a3 → a4 → a5 → a6 → a7 → a8 → a9 → a10 → a11 → a12 → ... (2 weitere) → a1");
 }
 
 TEST(Table, CountsMoreFaultsThanItLists) {
