@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the tests with counters and prints the lines and branches of every room that they reach, then what they
-# do not reach. Fails when a room of KV_Akum is below 98 % of its lines or 95 % of its branches. Branches that
+# do not reach. Fails when a room is below 98 % of its lines or 95 % of its branches. Branches that
 # only an exception takes do not count.
 #   scripts/coverage.sh            builds and runs in build/coverage
 #   scripts/coverage.sh --report   only the report of the last run

@@ -56,6 +56,26 @@ TEST_F(Tabelle, WritesTheSameIntoAFileAsOnStandardOutput) {
   EXPECT_EQ(state().size(), 7U);
 }
 
+TEST_F(Tabelle, WritesAsManyRowsAsThereAre) {
+  constexpr int times = 1000;
+  const auto repeated = [](const std::string& text, std::size_t rows_begin) {
+    std::string more = text.substr(0, rows_begin);
+    for (int i = 0; i < times; ++i) more += text.substr(rows_begin);
+    return more;
+  };
+  const std::string rows = run({"tabelle", "rausel", "--csv"}).out;
+  const std::string result = read_bytes(file("rausel.Akum"));
+  write_bytes(file("rausel.Akum"), repeated(result, result.find("T0010")));
+  fs::last_write_time(file("rausel.Akum"), fs::file_time_type::clock::now() + std::chrono::seconds(5));
+  const child::Outcome outcome = run({"tabelle", "rausel", "--csv"});
+  EXPECT_TRUE(outcome.out == repeated(rows, rows.find("T0010"))) << outcome.out.size();
+  EXPECT_EQ(outcome.err, "rausel.Akum: Warnung: Das Ergebnis hat 10000 Strecken, die Systemdatei 10.\n");
+}
+
+TEST_F(Tabelle, RefusesANameThatARunCouldNotTake) {
+  EXPECT_EQ(run({"tabelle", "ein Name"}).exit_status, 64);
+}
+
 TEST_F(Tabelle, IsRefusedWithoutAWholeResult) {
   const std::string whole = read_bytes(file("rausel.Akum"));
   write_bytes(file("rausel.Akum"), whole.substr(0, whole.size() - 3));
