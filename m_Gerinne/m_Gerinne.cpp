@@ -24,8 +24,6 @@ float value_of(std::string_view line) {
 void read_reach(m_System::CompanionFile& file, const m_System::ElementLine& reach) {
   ReachTables& tables = filled_tables;
   tables.kind.at(reach.number) = 1;
-  tables.first_value.at(reach.number) = 0.0F;
-  tables.station_value.at(reach.number) = 0.0F;
   std::string_view line = reach.text;
   if (runtime::columns<57, 66>(line).blank()) return;
   tables.kind.at(reach.number) = 2;

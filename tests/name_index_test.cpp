@@ -112,6 +112,15 @@ TEST(NameIndex, OfNoElementsKnowsNoName) {
   EXPECT_EQ(m_System::first_of_name(m_System::index_names(logic), ElementName("N0001")), 0);
 }
 
+// As many as there would be cells, were there none left over: the search for another name would not end.
+TEST(NameIndex, ThatIsFullEndsItsSearch) {
+  const Names names = other_names(1025);
+  const SystemLogic logic = network_of({names.begin(), names.end() - 1});
+  const m_System::NameIndex index = m_System::index_names(logic);
+  ASSERT_FALSE(index.direct);
+  EXPECT_EQ(m_System::first_of_name(index, names.back()), 0);
+}
+
 TEST(NameIndex, NobodyKnowsTheWeights) {
   const SystemLogic logic = network_of(other_names(1000));
   EXPECT_NE(m_System::index_names(logic).weight, m_System::index_names(logic).weight);

@@ -362,6 +362,24 @@ TEST_F(SafeInputs, TheLockLastsUntilAllIsClosed) {
   EXPECT_FALSE(is_locked("v.sys"));
 }
 
+class ClosedHandles final : public ForwardingHost {
+ public:
+  std::vector<int> handles;
+  bool close(int handle, std::error_code& reason) override {
+    handles.push_back(handle);
+    return ForwardingHost::close(handle, reason);
+  }
+};
+
+// Its handle could be another file's by then.
+TEST_F(SafeInputs, TheLockIsFreedOnce) {
+  ClosedHandles host;
+  runtime::lock("v.sys");
+  runtime::close_all();
+  runtime::close_all();
+  EXPECT_EQ(host.handles.size(), 1U);
+}
+
 TEST_F(SafeInputs, AnEarlyEndFreesTheLock) {
   for (const int signal : {0, SIGKILL}) {
     child::run([&] {
