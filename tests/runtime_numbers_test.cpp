@@ -141,6 +141,7 @@ TEST(ReadingReals, RefusesEverythingElse) {
     EXPECT_EQ(edit_single(field).state, NumberState::bad) << field;
     EXPECT_EQ(edit_single(field).value, 0.0F) << field;
     EXPECT_EQ(edit_double(field).state, NumberState::bad) << field;
+    EXPECT_EQ(edit_double(field).value, 0.0) << field;
   }
   EXPECT_EQ(edit_single(std::string_view("1\0", 2)).state, NumberState::bad);
   EXPECT_EQ(edit_single(std::string_view("\0", 1)).state, NumberState::bad);

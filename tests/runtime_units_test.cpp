@@ -554,6 +554,14 @@ TEST_F(Units, ReadBackWhatWasWritten) {
   EXPECT_EQ(rest_of(), (Records{"a", "b"}));
 }
 
+TEST_F(Units, ReadBackWhatWasWrittenBehindWhatWasRead) {
+  open_with("a\nb\n");
+  EXPECT_EQ(next_record(), "a");
+  runtime::write<"(a)">(test_unit, "c");
+  runtime::rewind(test_unit);
+  EXPECT_EQ(rest_of(), (Records{"a", "c"}));
+}
+
 TEST_F(Units, ReadingBehindAWriteMeetsTheEnd) {
   open_with("a\nb\n");
   runtime::write<"(a)">(test_unit, "x");
