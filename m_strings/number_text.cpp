@@ -59,7 +59,6 @@ std::string fixed_text(std::size_t width, float value, std::size_t decimals) {
   if (!std::isfinite(scaled) || decimals >= width) return {};
   std::string text = exact_digits(scaled);
   if (text.size() < decimals) text.insert(0, decimals - text.size(), '0');
-  if (text.size() + 1 > width) return {};
   text.insert(text.size() - decimals, 1, '.');
   if (text.front() == '.' && text.size() < width) text.insert(0, 1, '0');
   if (value < 0.0F) text.insert(0, 1, '-');
