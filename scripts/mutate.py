@@ -3,7 +3,8 @@
 
 Called by scripts/mutate.sh. A mutant is one line of a source with one change. Each is built in a copy of the
 tree, with the rooms as shared libraries so that nothing but the room is linked again, and the test programs
-run, those nearest to the room first, up to the first one that fails. The log has a line a mutant; a run goes
+run, those nearest to the room first, up to the first one that fails. Survivors that are looked at once more are
+linked as usual: faults of calls between the rooms cannot be put in otherwise. The log has a line a mutant; a run goes
 on where the last one with the same log ended, and what it has of lines that are no longer there is not counted.
 """
 
@@ -202,10 +203,10 @@ class Worker:
                 pass
             process.wait()
 
-    def prepare(self, jobs, within):
+    def prepare(self, jobs, within, shared):
         subprocess.run(['cmake', '-S', self.source, '-B', self.build, '-G', 'Ninja', '-DCMAKE_BUILD_TYPE=Debug',
                         '-DCMAKE_CXX_FLAGS_DEBUG=-O0', '-DKV_CHECKED=ON', '-DKV_TESTS=ON', '-DKV_SCHAU=OFF',
-                        '-DBUILD_SHARED_LIBS=ON', '-DCMAKE_LINK_DEPENDS_NO_SHARED=ON',
+                        f'-DBUILD_SHARED_LIBS={"ON" if shared else "OFF"}', '-DCMAKE_LINK_DEPENDS_NO_SHARED=ON',
                         '-DCMAKE_CXX_COMPILER_LAUNCHER=ccache',
                         f'-DKV_REAL_NETWORKS_DIR={os.environ.get("KV_REAL_NETWORKS_DIR", "")}'],
                        check=True, stdout=subprocess.DEVNULL)
@@ -322,9 +323,10 @@ def main():
 
 
 def run(options, root, drawn, entries, log_path):
-    workers = [Worker(root, os.path.abspath(os.path.join(options.work, str(i)))) for i in range(options.jobs)]
+    kind = 'survivors-' if options.survivors else ''
+    workers = [Worker(root, os.path.abspath(os.path.join(options.work, f'{kind}{i}'))) for i in range(options.jobs)]
     for worker in workers:
-        worker.prepare(options.jobs, options.within)
+        worker.prepare(options.jobs, options.within, shared=not options.survivors)
     lock = threading.Lock()
     pending = iter(drawn)
     count = {'built': 0}

@@ -12,6 +12,7 @@
 #include <csignal>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -25,6 +26,7 @@
 #include "runtime/units.h"
 #include "runtime/write.h"
 #include "tests/child.h"
+#include "tests/forwarding_host.h"
 #include "tests/test_files.h"
 #include "tests/test_host.h"
 
@@ -203,6 +205,36 @@ TEST_F(WholeFilesDeathTest, AFullDiskInTheMiddleOfALargeFileLeavesTheOldOne) {
   EXPECT_STOP(write(), fault_line("Schreiben", file(), "No space left on device"));
   EXPECT_EQ(read_bytes(file()), old_text);
   EXPECT_EQ(names(), Names{"file"});
+}
+
+// A full disk. Says when it is to close another handle than the one that was opened.
+class FullDisk final : public ForwardingHost {
+ public:
+  int open(const std::string& path, runtime::Access access, std::error_code& reason) override {
+    return opened_ = ForwardingHost::open(path, access, reason);
+  }
+  std::ptrdiff_t write(int handle, const char* bytes, std::size_t count, std::error_code& reason) override {
+    if (handle != opened_) return ForwardingHost::write(handle, bytes, count, reason);
+    reason = std::make_error_code(std::errc::no_space_on_device);
+    return -1;
+  }
+  bool close(int handle, std::error_code& reason) override {
+    if (handle != opened_) std::fputs("another handle\n", stderr);
+    return ForwardingHost::close(handle, reason);
+  }
+
+ private:
+  int opened_ = -1;
+};
+
+TEST_F(WholeFilesDeathTest, WhatIsGivenUpIsClosedOnce) {
+  const auto write = [&] {
+    const FullDisk host;
+    runtime::open(test_unit, file(), OpenStatus::fresh);
+    runtime::write<"(a)">(test_unit, "a");
+    runtime::complete(test_unit);
+  };
+  EXPECT_STOP(write(), fault_line("Schreiben", file(), "No space left on device"));
 }
 
 TEST_F(WholeFilesDeathTest, AFolderThatComesInBetweenIsNotReplaced) {
