@@ -148,8 +148,8 @@ def all_mutants(root):
         for path in sorted(glob.glob(pattern, root_dir=root)):
             with open(os.path.join(root, path), encoding='utf-8') as source:
                 for mutant in mutants_of(path, source.read()):
-                    mutant['nth'] = 0
-                    mutant['nth'] = seen[key_of(mutant)] = seen.get(key_of(mutant), -1) + 1
+                    change = key_of(mutant)
+                    mutant['nth'] = seen[change] = seen.get(change, -1) + 1
                     found.append(mutant)
     return found
 

@@ -630,8 +630,10 @@ TEST_F(Units, LargeFilesComeOutWhole) {
 }
 
 TEST_F(Units, CloseWithRemoveDeletesTheFile) {
+  const TestHost host;
   open_with("a");
   runtime::close(test_unit, CloseStatus::remove);
+  EXPECT_EQ(host.calls(HostCall::close), 1);
   EXPECT_FALSE(fs::exists(file("file")));
   EXPECT_FALSE(runtime::is_connected(test_unit));
 }
