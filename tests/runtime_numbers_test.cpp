@@ -418,6 +418,8 @@ void expect_printed(float value) {
 }
 
 void expect_known_layouts(float value) {
+  expect_printed<6, 2>(value);
+  expect_printed<7, 3>(value);
   expect_printed<8, 3>(value);
   expect_printed<10, 3>(value);
   expect_printed<11, 3>(value);
