@@ -8,9 +8,12 @@
 #include <boost/property_tree/ptree.hpp>
 #include <boost/property_tree/xml_parser.hpp>
 #include <cmath>
+#include <deque>
 #include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "KV_Schau/plan/legend.h"
@@ -21,6 +24,8 @@ namespace {
 
 using schau::findings::Severity;
 using schau::network::Element;
+using schau::plan::Edge;
+using schau::plan::EdgeText;
 using schau::plan::End;
 using schau::plan::LineKind;
 using schau::plan::PlanLine;
@@ -68,6 +73,12 @@ std::set<Element> upstream(const DrawnPlan& drawn, Element root, std::size_t lev
     level = next;
   }
   return found;
+}
+
+int count_of(std::string_view text, std::string_view part) {
+  int count = 0;
+  for (std::size_t at = text.find(part); at != std::string_view::npos; at = text.find(part, at + 1)) ++count;
+  return count;
 }
 
 std::set<Element> drawn_elements(const DrawnPlan& drawn) {
@@ -232,6 +243,11 @@ TEST(Plan, ShowsEndsThatNothingTakesIn) {
   bed.line(FileId::sys, 10) = text_of({"T0040", {"T0020", "T0030"}, {"P0010"}});
   const DrawnPlan drawn(bed.variant());
   EXPECT_EQ(drawn.node("N0020")->end, End::dead_end);
+  // At the element and in the legend.
+  const std::string svg = to_svg(drawn.plan);
+  EXPECT_EQ(count_of(svg, "stroke-dasharray:none"), 2);
+  EXPECT_EQ(count_of(svg, ">Ende ohne Ablauf<"), 1);
+  EXPECT_EQ(count_of(to_svg(DrawnPlan(Bed().variant()).plan), "stroke-dasharray:none"), 0);
 }
 
 boost::property_tree::ptree parsed(const std::string& xml) {
@@ -276,6 +292,53 @@ TEST(PlanFile, HoldsEveryLabelAndNeedsNothingElse) {
     rest.erase(rest.find("http://www.w3.org/2000/svg"), 26);
     EXPECT_THAT(rest, Not(HasSubstr(foreign)));
   }
+}
+
+// A network of reaches that join by threes: as broad as it can be.
+Bed broad_network(int heads) {
+  struct Reach {
+    std::string name;
+    std::vector<std::string> inflows;
+    std::string outflow = "ENDE ";
+  };
+  std::deque<Reach> reaches;
+  std::deque<Reach*> open;
+  const auto add = [&](std::vector<std::string> inflows) {
+    reaches.push_back({fmt::format("T{:04}", reaches.size() + 1), std::move(inflows)});
+    open.push_back(&reaches.back());
+  };
+  for (int i = 0; i < heads; ++i) add({});
+  while (open.size() > 1) {
+    const std::string name = fmt::format("T{:04}", reaches.size() + 1);
+    std::vector<std::string> inflows;
+    for (int i = 0; i < 3 && !open.empty(); ++i) {
+      open.front()->outflow = name;
+      inflows.push_back(open.front()->name);
+      open.pop_front();
+    }
+    add(std::move(inflows));
+  }
+  Bed bed = Bed::empty();
+  for (const Reach& reach : reaches)
+    bed.lines(FileId::sys)
+        .push_back(text_of({reach.name, {reach.inflows.begin(), reach.inflows.end()}, {reach.outflow}}));
+  return bed;
+}
+
+// Long plans are cut across, broad ones along the river.
+TEST(PlanFile, TellsAtEveryEdgeWhereTheRiverGoesOn) {
+  Dice dice(10);
+  std::set<Edge> edges;
+  for (const Bed& bed : {random_tree(dice, {.sources = 3000}), broad_network(729)}) {
+    const DrawnPlan drawn(bed.variant());
+    std::vector<std::string> texts;
+    collect_texts(parsed(to_svg(drawn.plan)), texts);
+    for (const EdgeText& text : drawn.plan.edge_texts) {
+      edges.insert(text.edge);
+      EXPECT_THAT(texts, Contains(text.text));
+    }
+  }
+  EXPECT_THAT(edges, ElementsAre(Edge::top, Edge::bottom, Edge::left, Edge::right));
 }
 
 TEST(PlanInPage, HasFewElementsAndClassesOfSealing) {
