@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -131,6 +132,26 @@ TEST(Balance, OfASoundNetworkHasNoDifference) {
   EXPECT_NEAR(balance.outlet.all(), 15.545, 1e-9);
   EXPECT_THAT(balance.losses, IsEmpty());
   EXPECT_THAT(balance.without_record, IsEmpty());
+}
+
+// Shares of many digits, one branching behind the other, lead beyond all numbers.
+TEST(Balance, TellsWhatIsBeyondAllNumbers) {
+  const Bed bed;
+  schau::rules::Result result = checked(bed);
+  Balance& balance = result.flow.balance;
+  balance.sources.natural = std::numeric_limits<double>::infinity();
+  balance.outlet.natural = std::numeric_limits<double>::infinity();
+  balance.outlet.canalised = std::numeric_limits<double>::infinity();
+  const std::string text = text_of(bed.variant(), result.network, balance, 3);
+  EXPECT_THAT(
+      text,
+      HasSubstr("  Quellen (N, K)               unendlich         0.645         0.226     unendlich\n"));
+  EXPECT_THAT(
+      text,
+      HasSubstr("  Differenz                   unbestimmt    -unendlich         0.000    unbestimmt\n"));
+  const nlohmann::ordered_json json = to_json(bed.variant(), result.network, balance);
+  EXPECT_TRUE(json.at("quellen").at("natuerlich").is_null());
+  EXPECT_EQ(json.at("quellen").at("kanalisiert"), 0.645);
 }
 
 TEST(Balance, NamesWhatIsLostAtABranching) {
