@@ -79,11 +79,10 @@ def try_variant(variant):
 
 
 def main():
-    wine.prepare()
     wanted = sys.argv[1:]
     variants = sorted(path for path in VARIANTS.iterdir() if path.is_dir() and (not wanted or path.name in wanted))
     failed = 0
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+    with wine.awake(), concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         for variant, faults in zip(variants, pool.map(try_variant, variants)):
             failed += bool(faults)
             for fault in faults:

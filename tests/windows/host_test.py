@@ -236,5 +236,5 @@ class SchauTest(HostTest):
 
 
 if __name__ == "__main__":
-    wine.prepare()
-    unittest.main()
+    with wine.awake():
+        unittest.main()

@@ -1,6 +1,7 @@
-"""Starts the programs for Windows under Wine, each in a folder of its own."""
+"""Starts the programs for Windows under Wine, each in a folder of its own. As a program it only makes Wine ready."""
 
 import contextlib
+import fcntl
 import os
 import pathlib
 import pty
@@ -24,6 +25,21 @@ def prepare():
     """Makes Wine's own folders, once."""
     if not PREFIX.exists():
         subprocess.run([WINE, "wineboot", "--init"], env=ENVIRONMENT, check=True, capture_output=True)
+
+
+@contextlib.contextmanager
+def awake():
+    """Wine with its services running. Otherwise the first of a row of programs brings them up, and its output is
+    held open until two seconds after its end; two that bring them up at the same time can wait for ever."""
+    with open(BUILD / "wine.lock", "w", encoding="ascii") as lock:
+        fcntl.flock(lock, fcntl.LOCK_EX)
+        prepare()
+        interpreter = subprocess.Popen(
+            [WINE, "cmd"], env=ENVIRONMENT, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        assert interpreter.stdout.readline(), "Wine does not start"
+    # The interpreter ends with its input.
+    with interpreter:
+        yield
 
 
 def run(name, arguments, folder, trace="-all"):
@@ -65,3 +81,7 @@ def start(name, arguments, folder):
 def drive_path(path):
     """The path as a program for Windows sees it: Wine shows the root folder as drive Z."""
     return "Z:" + str(path).replace("/", "\\")
+
+
+if __name__ == "__main__":
+    prepare()

@@ -16,9 +16,8 @@ def run(program, *arguments, folder):
 
 
 def main():
-    wine.prepare()
     expected = (wine.PROJECT / "examples" / "expected" / "rausel.Akum").read_bytes().replace(b"\n", b"\r\n")
-    with tempfile.TemporaryDirectory(prefix="kv_zip.") as place:
+    with wine.awake(), tempfile.TemporaryDirectory(prefix="kv_zip.") as place:
         zipfile.ZipFile(sys.argv[1]).extractall(place)
         (unpacked,) = pathlib.Path(place).iterdir()
         example = unpacked / "beispiel"
