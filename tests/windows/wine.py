@@ -37,9 +37,12 @@ def awake():
         interpreter = subprocess.Popen(
             [WINE, "cmd"], env=ENVIRONMENT, stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         assert interpreter.stdout.readline(), "Wine does not start"
-    # The interpreter ends with its input.
-    with interpreter:
+    # The interpreter ends with its input, and the services hold its output until they have ended: who wakes Wine
+    # next must not meet them on their way out.
+    try:
         yield
+    finally:
+        interpreter.communicate()
 
 
 def run(name, arguments, folder, trace="-all"):
